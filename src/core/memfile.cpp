@@ -1,0 +1,441 @@
+#include "memfile.h"
+
+#include "listreader.h"
+#include "text.h"
+
+#include <cstdio>
+#include <fstream>
+#include <system_error>
+#include <unistd.h>
+
+namespace kestra {
+
+namespace {
+
+constexpr const char* kCrLf = "\r\n";
+
+// `,"a","b",...,"z"`: a leading comma, each field quoted, no escaping.
+template <typename Range>
+void appendQuoted(std::string& out, const Range& fields)
+{
+    for (const auto& f : fields) {
+        out += ",\"";
+        out += f;
+        out += '"';
+    }
+}
+
+} // namespace
+
+std::string memText(const Document& doc, const Settings& settings)
+{
+    std::string out;
+    out.reserve(400 * 1024);
+    auto endLine = [&out] { out += kCrLf; };
+
+    out += kMemHeader;
+    endLine();
+
+    for (int b = 0; b < kChannelBanks; ++b)
+        for (int r = 1; r <= kChannelRows; ++r) {
+            const auto& line = doc.memdata[b][r];
+            out += std::to_string(channelNumber(b, r));
+            for (int c = 1; c < kCellColumns; ++c) {
+                out += ",\"";
+                out += line[c];
+                out += '"';
+            }
+            endLine();
+        }
+
+    out += ' ';
+    endLine();
+
+    for (int n = 0; n < 12; ++n) {
+        out += "#$BT" + std::to_string(n) + ' ' + (settings.savenames == 1 ? doc.banktags[n] : std::string("None"));
+        endLine();
+    }
+    for (int n = 0; n < 10; ++n) {
+        out += "SR" + std::to_string(n) + ' ';
+        const auto& line = doc.memdata[kSearchBank][n];
+        for (int c = 1; c <= 5; ++c) {
+            out += ",\"";
+            out += line[c];
+            out += '"';
+        }
+        endLine();
+    }
+    for (int b = 0; b < 10; ++b)
+        for (int i = 0; i < 100; ++i) {
+            out += "TD" + std::to_string(b * 100 + i) + ' ';
+            appendQuoted(out, doc.trunkids[b][i]);
+            endLine();
+        }
+    for (int b = 0; b < 10; ++b) {
+        out += "TID" + std::to_string(b) + ' ';
+        appendQuoted(out, doc.trunklisttags[b]);
+        endLine();
+    }
+    for (int b = 0; b < 10; ++b) {
+        out += "TSI" + std::to_string(b) + ' ';
+        appendQuoted(out, doc.trunkset[b].trunkfields);
+        endLine();
+    }
+    for (int b = 0; b < 10; ++b) {
+        out += "#$TT" + std::to_string(b) + ' ' + doc.trunkset[b].trunktype;
+        endLine();
+    }
+    for (int b = 0; b < 10; ++b)
+        for (int k = 0; k < 3; ++k) {
+            out += "#$TBS" + std::to_string(b);
+            appendQuoted(out, doc.trunkset[b].trunkblocks[k]);
+            endLine();
+        }
+    for (int n = 0; n < 10; ++n) {
+        out += "#$SD" + std::to_string(n);
+        appendQuoted(out, doc.srcdata[n]);
+        endLine();
+    }
+    auto numbers = [](const auto& values) {
+        std::array<std::string, 10> texts;
+        for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = std::to_string(values[i]);
+        return texts;
+    };
+    out += "#$LKM";
+    appendQuoted(out, numbers(doc.banklockm));
+    endLine();
+    out += "#$LKS";
+    appendQuoted(out, numbers(doc.banklocks));
+    endLine();
+    out += "FIPS";
+    appendQuoted(out, doc.fipscodes);
+    endLine();
+    for (int b = 0; b < 10; ++b) {
+        out += "PRCH" + std::to_string(b) + ' ' + std::to_string(doc.priochan[b]);
+        endLine();
+    }
+    return out;
+}
+
+std::filesystem::path memSavePath(const std::string& path)
+{
+    if (path.size() == 4 && path.front() == '.') return "bc250" + path;
+    return path;
+}
+
+std::string writeFileAtomic(const std::filesystem::path& path, std::string_view bytes)
+{
+    std::filesystem::path temp = path;
+    temp += ".kestra-tmp-" + std::to_string(::getpid());
+    {
+        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
+        if (!out) return "cannot create " + temp.string();
+        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        out.flush();
+        if (!out) {
+            out.close();
+            std::error_code ignore;
+            std::filesystem::remove(temp, ignore);
+            return "cannot write " + temp.string();
+        }
+    }
+    std::error_code ec;
+    std::filesystem::rename(temp, path, ec);
+    if (ec) {
+        std::error_code ignore;
+        std::filesystem::remove(temp, ignore);
+        return ec.message();
+    }
+    return {};
+}
+
+bool readFileBytes(const std::filesystem::path& path, std::string& bytes)
+{
+    bytes.clear();
+    std::error_code ec;
+    if (std::filesystem::is_directory(path, ec)) return false;
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return false;
+    char buffer[64 * 1024];
+    while (bytes.size() < kMaxReadBytes && in) {
+        in.read(buffer, static_cast<std::streamsize>(std::min(sizeof buffer, kMaxReadBytes - bytes.size())));
+        bytes.append(buffer, static_cast<std::size_t>(in.gcount()));
+    }
+    return true;
+}
+
+std::string MemLoadResult::message() const
+{
+    switch (status) {
+    case MemLoadStatus::Loaded: return {};
+    case MemLoadStatus::NotCompatible: return "File is not compatible with this version.";
+    case MemLoadStatus::NotLorven: return "This is not an LORVEN file! For KESTRA mem files select FILE _ OPEN";
+    case MemLoadStatus::LorvenNoVersion: return "File is not compatible.";
+    case MemLoadStatus::Invalid:
+        return "Not a valid file! Line: " + std::to_string(bank) + " / " + std::to_string(row) + " / " +
+               std::to_string(column) + " Error: " + std::to_string(error);
+    }
+    return {};
+}
+
+namespace {
+
+// The reading of one file: the reader and the loop values that a failure reports.
+// A read past the end of the file is error 62.
+class Loader {
+public:
+    Loader(Document& doc, std::string_view bytes) : doc_(doc), in_(bytes) {}
+
+    Document& doc_;
+    ListReader in_;
+    MemLoadResult result;
+    bool failed = false;
+
+    // A field that must be there: past the end the load fails at (bank, row, column).
+    bool need(std::string& target, int bank, int row, int column)
+    {
+        if (failed) return false;
+        auto value = in_.field();
+        if (!value) {
+            result = {MemLoadStatus::Invalid, bank, row, column, 62, result.version};
+            failed = true;
+            return false;
+        }
+        target = std::move(*value);
+        return true;
+    }
+    bool need(int bank, int row, int column)
+    {
+        std::string dropped;
+        return need(dropped, bank, row, column);
+    }
+
+    // A field or line that may be missing: the target keeps its value.
+    bool maybe(std::string& target)
+    {
+        auto value = in_.field();
+        if (!value) return false;
+        target = std::move(*value);
+        return true;
+    }
+    bool maybe()
+    {
+        std::string dropped;
+        return maybe(dropped);
+    }
+    std::optional<std::string> maybeLine() { return in_.line(); }
+
+    // Channel rows 1..rows of banks 0..9, the comment when withComment.
+    bool channels(int rows, bool withComment, int option9)
+    {
+        for (int b = 0; b < kChannelBanks; ++b)
+            for (int r = 1; r <= rows; ++r) {
+                auto& line = doc_.memdata[b][r];
+                for (int c = 0; c <= 12; ++c) {
+                    if (!need(line[c], b, r, c)) return false;
+                    if (c == col::tag) doc_.addeasytag(line[c], b, option9);
+                }
+                if (withComment && !need(line[col::comment], b, r, col::comment)) return false;
+            }
+        return true;
+    }
+
+    // The blank line and the twelve bank tag lines. Missing lines leave the tags.
+    void bankTags()
+    {
+        maybe();
+        for (int i = 0; i < 12; ++i) {
+            auto line = maybeLine();
+            if (!line || !contains(*line, "#$BT")) continue;
+            if (i < 10 && line->size() > 5) doc_.banktags[i] = Mid(*line, 7);
+            if (i > 9 && line->size() > 6) doc_.banktags[i] = Mid(*line, 8);
+        }
+    }
+
+    void skipLines(int count)
+    {
+        for (int i = 0; i < count; ++i) maybeLine();
+    }
+
+    // A keyed line of a given number of fields per bank: key, then the fields.
+    template <typename Fields>
+    bool keyed(int bank, int row, Fields& fields, std::size_t count)
+    {
+        if (!need(bank, row, 0)) return false;
+        for (std::size_t f = 0; f < count; ++f)
+            if (!need(fields[f], bank, row, static_cast<int>(f) + 1)) return false;
+        return true;
+    }
+
+    bool trunkIds()
+    {
+        for (int b = 0; b < 10; ++b)
+            for (int i = 0; i < 100; ++i)
+                if (!keyed(b, i, doc_.trunkids[b][i], 5)) return false;
+        for (int b = 0; b < 10; ++b)
+            if (!keyed(b, 0, doc_.trunklisttags[b], 10)) return false;
+        return true;
+    }
+
+    bool trunkFields()
+    {
+        for (int b = 0; b < 10; ++b)
+            if (!keyed(b, 0, doc_.trunkset[b].trunkfields, 10)) return false;
+        return true;
+    }
+
+    void trunkTypes()
+    {
+        for (int b = 0; b < 10; ++b) {
+            auto line = maybeLine();
+            if (line && contains(*line, "#$TT")) doc_.trunkset[b].trunktype = Mid(*line, 7);
+        }
+    }
+
+    // Each bank's three blocks: key, then `fields` values (the rest stay).
+    // Past the end of the file this section ends quietly.
+    bool trunkBlocks(std::size_t fields)
+    {
+        for (int b = 0; b < 10; ++b)
+            for (int k = 0; k < 3; ++k) {
+                if (!maybe()) return false;
+                for (std::size_t f = 0; f < fields; ++f)
+                    if (!maybe(doc_.trunkset[b].trunkblocks[k][f])) return false;
+            }
+        return true;
+    }
+
+    bool searchRanges()
+    {
+        for (int i = 0; i < 10; ++i) {
+            if (!maybe()) return false;
+            for (int c = 0; c < 5; ++c)
+                if (!maybe(doc_.srcdata[i][c])) return false;
+            for (int c = 5; c < 10; ++c)
+                if (!maybe()) return false;
+        }
+        return true;
+    }
+
+    bool lockouts(std::array<std::int16_t, 10>& values)
+    {
+        if (!maybe()) return false;
+        for (auto& v : values) {
+            std::string text;
+            if (!maybe(text)) return false;
+            v = static_cast<std::int16_t>(Val16(text));
+        }
+        return true;
+    }
+};
+
+} // namespace
+
+MemLoadResult readMem(Document& doc, std::string_view bytes, int option9)
+{
+    Loader load(doc, bytes);
+    const std::string first = load.in_.field().value_or("");
+    int version = 0;
+    if (contains(first, "KESTRA MEM V1.00"))
+        version = 1;
+    else if (contains(first, "KESTRA MEM V1.01") || contains(first, "KESTRA MEM V1.02"))
+        version = 2;
+    if (version == 0) return {MemLoadStatus::NotCompatible};
+    load.result.version = version;
+
+    doc.clearForLoad();
+    if (!load.channels(kChannelRows, true, option9)) return load.result;
+    load.bankTags();
+    load.skipLines(10);  // the search lines of bank 11 are not read back
+    if (!load.trunkIds() || !load.trunkFields()) return load.result;
+
+    // From here on a short file ends quietly with what was read.
+    load.trunkTypes();
+    if (!load.trunkBlocks(8) || !load.searchRanges()) return load.result;
+    if (!load.lockouts(doc.banklockm) || !load.lockouts(doc.banklocks)) return load.result;
+    if (version == 2) {
+        if (!load.maybe()) return load.result;
+        for (auto& code : doc.fipscodes)
+            if (!load.maybe(code)) return load.result;
+        for (int i = 0; i < 10; ++i) {
+            std::string key;
+            if (!load.maybe(key)) break;
+            const std::size_t pos = InStr(key, "H" + std::to_string(i));
+            if (pos == 0) continue;
+            const std::size_t len = key.size();
+            const std::size_t keep = len > pos + 1 ? len - pos - 1 : 0;
+            doc.priochan[i] = static_cast<std::int16_t>(Val16(key.substr(len - keep)));
+        }
+    }
+    return load.result;
+}
+
+MemLoadResult read780(Document& doc, std::string_view bytes, int option9)
+{
+    (void)option9;  // LORVEN files do not feed the Easy Tag lists
+    doc.clearForLoad();
+    Loader load(doc, bytes);
+    const std::string first = load.in_.field().value_or("");
+    if (!contains(first, "780")) return {MemLoadStatus::NotLorven};
+    int version = 0;
+    static constexpr std::pair<const char*, int> kVersions[] = {
+        {"V1.00", 1}, {"V1.01", 2}, {"V1.02", 2}, {"V1.03", 3},
+        {"V1.04", 4}, {"V1.05", 5}, {"V1.06", 6}, {"V1.07", 7}};
+    for (const auto& [mark, number] : kVersions)
+        if (contains(first, mark) && number > version) version = number;
+    if (version == 0) return {MemLoadStatus::LorvenNoVersion};
+    load.result.version = version;
+
+    doc.clearbank(doc.currentBank);
+    if (!load.channels(50, version == 7, 0)) return load.result;
+    if (version < 2) return load.result;
+    load.bankTags();
+    if (version < 3) return load.result;
+    load.skipLines(10);
+    if (!load.trunkIds()) return load.result;
+    if (version < 4) return load.result;
+    if (!load.trunkFields()) return load.result;
+    load.trunkTypes();
+    if (!load.trunkBlocks(version == 4 ? 3 : 8)) return load.result;
+    if (version < 6) return load.result;
+    if (!load.searchRanges()) return load.result;
+    if (version < 7) return load.result;
+    if (!load.lockouts(doc.banklockm)) return load.result;
+    load.lockouts(doc.banklocks);
+    return load.result;
+}
+
+MemLoadResult readSpecial(Document& doc, std::string_view bytes, int option9)
+{
+    doc.clearForLoad();
+    Loader load(doc, bytes);
+    load.skipLines(2);
+    for (int b = 0; b < kChannelBanks; ++b) {
+        load.maybeLine();
+        for (int r = 1; r <= 50; ++r) {
+            auto& line = doc.memdata[b][r];
+            load.maybe();
+            load.maybe();
+            load.maybe(line[col::tag]);
+            doc.addeasytag(line[col::tag], b, option9);
+            load.maybe(line[col::freq]);
+            load.maybe();
+        }
+    }
+    // The ID entries go to the flat list of IDs, bank after bank; from entry
+    // 101 on every further entry lands on entry 101.
+    int index = 0;
+    for (int e = 0; e < 149; ++e) {
+        auto& entry = doc.trunkids[index / 100][index % 100];
+        load.maybe();
+        load.maybe();
+        load.maybe();
+        load.maybe(entry[1]);
+        load.maybe(entry[0]);
+        if (Val(entry[0]) == 0) entry[0].clear();
+        if (index < 101) ++index;
+    }
+    return load.result;
+}
+
+} // namespace kestra

@@ -1,0 +1,505 @@
+#include "memtable.h"
+
+#include "text.h"
+
+#include <algorithm>
+#include <fstream>
+
+namespace kestra {
+
+namespace {
+constexpr const char* kCrLf = "\r\n";
+constexpr const char* kFolderSection = "folders";
+constexpr const char* kModelSection = "model";
+
+bool startsWith(std::string_view text, std::string_view prefix) { return text.substr(0, prefix.size()) == prefix; }
+
+// Busy cursor for the length of a scope.
+class Busy {
+public:
+    explicit Busy(MemtabView& view) : view_(view) { view_.setBusy(true); }
+    ~Busy() { view_.setBusy(false); }
+
+private:
+    MemtabView& view_;
+};
+} // namespace
+
+MemTable::MemTable(Document& doc, Settings& settings, Grid& grid, Services services)
+    : doc_(doc), settings_(settings), grid_(grid), services_(std::move(services))
+{
+    opendir = savedir = backdir = services_.folder.path().string();
+    applyLayout();
+}
+
+MemTable::~MemTable() = default;
+
+// ---- the bridge between grid and store ----
+
+bool MemTable::createbank()
+{
+    const int bank = doc_.currentBank;
+    if (bank < 0 || bank > kDummyBank) {
+        services_.dialogs.beep();
+        services_.dialogs.message("Create error, click tabs and try again.");
+        return false;
+    }
+    const GridSelection selection = grid_.selection();
+    const bool wasShown = grid_.shown();
+    grid_.hide();
+
+    const int bc785d = doc_.model.bc785d;
+    const int columns = gridDataColumns(bc785d);
+    auto& rows = doc_.memdata[bank];
+    for (int gc = 1; gc <= columns; ++gc) {
+        const int sc = gridColumn(bc785d, gc).storeColumn;
+        for (int r = 1; r <= kChannelRows; ++r) {
+            rows[r][sc] = grid_.text(r, gc);
+            if (sc == col::tag) doc_.addeasytag(rows[r][sc], bank, settings_.option9);
+        }
+    }
+    if (settings_.option9 == 1) rebuildeasytags();
+
+    for (int r = 1; r <= kChannelRows; ++r) {
+        auto& line = rows[r];
+        if (line[col::freq].empty()) line[col::freq] = "0";
+        line[col::freq] = formatFreq(line[col::freq], settings_.zero);
+        if (IntVal(line[col::freq]) > 1300) line[col::freq] = "1300";
+        if (Val(line[col::freq]) != 0) {
+            auto& trunk = line[col::trunk];
+            if (trunk.empty() || trunk == "Off")
+                trunk = "0";
+            else if (trunk == "On")
+                trunk = "1";
+            for (int c : {col::record, col::recordHidden, col::beep, col::lockout, col::atten})
+                if (auto code = onOffCode(line[c])) line[c] = *code;
+            if (auto code = modeCode(line[col::mode])) line[col::mode] = *code;
+            if (auto code = delayCode(line[col::delay], bc785d)) line[col::delay] = *code;
+            if (auto code = stepCode(line[col::step], doc_.model.x96)) line[col::step] = *code;
+            if (auto code = toneCode(line[col::tone])) line[col::tone] = *code;
+            if (line[col::comment].size() > kCommentLength) line[col::comment].resize(kCommentLength);
+        }
+        if (r % 10 == 0) view_->showProgress(r);
+    }
+
+    grid_.setSelection(selection);
+    if (wasShown) grid_.show();
+    view_->hideProgress();
+    return true;
+}
+
+void MemTable::convertcell(int storeColumn, int row, int gridColumn)
+{
+    const int bank = doc_.currentBank;
+    if (bank < 0 || bank > kDummyBank) {
+        services_.dialogs.beep();
+        services_.dialogs.message("convert error");
+        return;
+    }
+    grid_.setText(row, gridColumn, {});
+    auto& line = doc_.memdata[bank][row];
+    if (Val(line[col::freq]) == 0) return;
+    std::string text;
+    std::string& cell = line[storeColumn];
+    switch (storeColumn) {
+    case col::freq: text = formatFreq(cell, settings_.zero); break;
+    case col::tag:
+        text = cell;
+        doc_.addeasytag(cell, bank, settings_.option9);
+        break;
+    case col::trunk:
+    case col::record:
+    case col::recordHidden:
+    case col::beep:
+    case col::lockout:
+    case col::atten: text = onOffText(cell); break;
+    case col::delay: text = delayText(cell, doc_.model.bc785d); break;
+    case col::tone:
+        cell = repairToneCode(cell);
+        text = toneText(cell);
+        break;
+    case col::mode: text = modeText(cell); break;
+    case col::step: text = stepText(cell); break;
+    default: return;
+    }
+    grid_.setText(row, gridColumn, std::move(text));
+}
+
+void MemTable::fillgrid()
+{
+    const GridSelection selection = grid_.selection();
+    const bool wasShown = grid_.shown();
+    grid_.hide();
+    const int bc785d = doc_.model.bc785d;
+    const int columns = gridDataColumns(bc785d);
+    int progress = 0;
+    for (int gc = 1; gc <= columns; ++gc) {
+        const int sc = gridColumn(bc785d, gc).storeColumn;
+        for (int r = 1; r <= kChannelRows; ++r) convertcell(sc, r, gc);
+        progress += 100 / columns;
+        view_->showProgress(progress);
+    }
+    grid_.setSelection(selection);
+    if (wasShown) grid_.show();
+    view_->hideProgress();
+}
+
+void MemTable::rebuildeasytags() { view_->easyTagsRebuilt(); }
+
+void MemTable::clearbank() { doc_.clearbank(doc_.currentBank); }
+
+// ---- start-up ----
+
+std::string MemTable::chooseFolder(const std::string& stored) const
+{
+    std::string value = stored;
+    if (!value.empty()) value.pop_back();  // the "x" behind every stored folder
+    if (value.empty() || value == "unknown") return services_.folder.path().string();
+    return value;
+}
+
+void MemTable::readProfile()
+{
+    auto& p = services_.profile;
+    opendir = chooseFolder(p.get(kFolderSection, "opendir", "unknownx"));
+    savedir = chooseFolder(p.get(kFolderSection, "savedir", "unknownx"));
+    backdir = chooseFolder(p.get(kFolderSection, "backdir", "unknownx"));
+    ModelSwitches m;
+    m.bc785d = static_cast<int>(IntVal(p.get(kModelSection, "bc785d", "0")));
+    m.x96 = static_cast<int>(IntVal(p.get(kModelSection, "x96", "0")));
+    m.ubc33 = static_cast<int>(IntVal(p.get(kModelSection, "ubc33", "1")));
+    m.normalise();
+    doc_.model = m;
+    applyLayout();
+}
+
+void MemTable::writeProfile()
+{
+    auto& p = services_.profile;
+    p.set(kModelSection, "bc785d", std::to_string(doc_.model.bc785d));
+    p.set(kModelSection, "x96", std::to_string(doc_.model.x96));
+    p.set(kModelSection, "ubc33", std::to_string(doc_.model.ubc33));
+}
+
+void MemTable::formLoad()
+{
+    doc_.defaultPriorityChannels();
+    doc_.currentBank = 0;
+    doc_.setDefaultBankTags(true);
+    view_->bankTagsChanged();
+    doc_.clearAllCells();
+    applyLayout();
+    fillgrid();
+    grid_.select(1, 1);
+    doc_.dirty = false;
+    view_->bankChanged();
+    view_->captionChanged();
+    if (settings_.loadlast == 1) {
+        timer4_ = makeTimer(services_.scheduler, 200, true, [this] { loadLastFile(); });
+        timer4_->setEnabled(true);
+    }
+}
+
+void MemTable::loadLastFile()
+{
+    std::ifstream in(services_.folder.file("lastfile.ini"), std::ios::binary);
+    if (!in) return;
+    std::string name;
+    std::getline(in, name);
+    if (!name.empty() && name.back() == '\r') name.pop_back();
+    if (name.empty()) return;
+    loadmem(name);
+}
+
+// ---- model and layout ----
+
+void MemTable::applyLayout()
+{
+    const int bc785d = doc_.model.bc785d;
+    const int columns = gridDataColumns(bc785d);
+    grid_.resize(kChannelRows + 1, columns + 1);
+    grid_.setText(0, 0, "");
+    for (int gc = 1; gc <= columns; ++gc) grid_.setText(0, gc, gridColumn(bc785d, gc).header);
+    const int bank = std::clamp(doc_.currentBank, 0, kDummyBank);
+    for (int r = 1; r <= kChannelRows; ++r) grid_.setText(r, 0, std::to_string(channelNumber(bank, r)));
+    view_->layoutChanged();
+}
+
+void MemTable::setModel(const ModelSwitches& model)
+{
+    // The grid is read back under the old layout first, so that nothing typed
+    // is lost and the stored codes stay as they are until the next read.
+    createbank();
+    doc_.model = model;
+    doc_.model.normalise();
+    applyLayout();
+    fillgrid();
+    view_->captionChanged();
+}
+
+std::string MemTable::modelName() const { return kestra::modelName(doc_.model.model()); }
+
+std::string MemTable::caption() const
+{
+    return "Kestra Console for Uniden " + modelName() + " - [ " + doc_.fnaam + " ]";
+}
+
+std::string MemTable::tabCaption(int bank) const
+{
+    if (bank >= 0 && bank < 10) return std::to_string(bank + 1) + ": " + doc_.banktags[bank];
+    return "Dummy";
+}
+
+std::string MemTable::frameLabel() const
+{
+    if (doc_.currentBank >= 0 && doc_.currentBank < 10) return doc_.banktags[doc_.currentBank];
+    return "Dummy";
+}
+
+// ---- tabs ----
+
+void MemTable::changeBank(int index)
+{
+    Busy busy(*view_);
+    grid_.hide();
+    view_->commitEdit();
+    createbank();
+    doc_.currentBank = std::clamp(index, 0, kDummyBank);
+    view_->bankChanged();
+    applyLayout();
+    grid_.select(1, 1);
+    fillgrid();
+    grid_.select(1, 1);
+    grid_.show();
+}
+
+// ---- File menu ----
+
+bool MemTable::askClearTable()
+{
+    if (!doc_.dirty) return true;
+    const std::string question = std::string("This will clear your table.") + kCrLf + "If not saved, data is lost!" +
+                                 kCrLf + "Save data?";
+    switch (services_.dialogs.message(question, "Warning", Buttons::YesNoCancel, Icon::Exclamation)) {
+    case Answer::Yes: return fileSave();
+    case Answer::No: return true;
+    default: return false;
+    }
+}
+
+void MemTable::fileNew()
+{
+    view_->commitEdit();
+    if (!askClearTable()) return;
+    doc_.clearstores();
+    doc_.fnaam = "Untitled";
+    if (settings_.cleartag == 1) {
+        doc_.setDefaultBankTags(false);
+        view_->bankTagsChanged();
+        view_->bankChanged();
+    }
+    fillgrid();
+    rebuildeasytags();
+    doc_.dirty = false;
+    view_->captionChanged();
+}
+
+namespace {
+std::string folderOf(const std::string& path)
+{
+    return std::filesystem::path(path).parent_path().string();
+}
+} // namespace
+
+void MemTable::fileOpen()
+{
+    view_->commitEdit();
+    if (!askClearTable()) return;
+    auto name = services_.dialogs.openFile({"Open", "KESTRA Data Files|*.mem|All Files|*.*", opendir, {}});
+    if (!name) return;
+    if (!contains(*name, ".MEM") && !contains(*name, ".R3C") && !contains(*name, ".mem")) return;
+    opendir = folderOf(*name);
+    loadmem(*name);
+}
+
+void MemTable::fileOpenLorven()
+{
+    view_->commitEdit();
+    if (!askClearTable()) return;
+    auto name = services_.dialogs.openFile({"Open LORVEN mem file", "Bank Files|*.mem|All Files|*.*", opendir, {}});
+    if (!name) return;
+    if (!contains(*name, ".MEM") && !contains(*name, ".mem")) return;
+    opendir = folderOf(*name);
+    load780(*name);
+}
+
+void MemTable::fileOpenSpecial()
+{
+    view_->commitEdit();
+    if (!askClearTable()) return;
+    auto name = services_.dialogs.openFile({"Open special", "KESTRA Data Files|*.csv|All Files|*.*", opendir, {}});
+    if (!name) return;
+    if (!contains(*name, ".CSV") && !contains(*name, ".csv")) return;
+    opendir = folderOf(*name);
+    loadspecial(*name);
+}
+
+bool MemTable::fileSave()
+{
+    view_->commitEdit();
+    if (!createbank()) return false;
+    if (saveCheck) saveCheck();
+    if (startsWith(doc_.fnaam, "Untitled")) return fileSaveAs();
+    Busy busy(*view_);
+    return savemem(doc_.fnaam);
+}
+
+bool MemTable::fileSaveAs()
+{
+    view_->commitEdit();
+    if (!createbank()) return false;
+    if (saveCheck) saveCheck();
+    const std::string offered = startsWith(doc_.fnaam, "Untitled") ? std::string() : doc_.fnaam;
+    auto name = services_.dialogs.saveFile({"Save As", "KESTRA data files|*.mem", savedir, offered});
+    if (!name || name->empty()) {
+        doc_.fnaam = "Untitled";
+        view_->captionChanged();
+        return false;
+    }
+    std::string path = *name;
+    if (!contains(path, ".MEM") && !contains(path, ".mem")) path += ".mem";
+    doc_.fnaam = path;
+    savedir = folderOf(path);
+    view_->captionChanged();
+    Busy busy(*view_);
+    return savemem(path);
+}
+
+bool MemTable::savemem(const std::string& path)
+{
+    const std::filesystem::path target = memSavePath(path);
+    const std::string failure = writeFileAtomic(target, memText(doc_, settings_));
+    if (!failure.empty()) {
+        services_.dialogs.message("The file " + cp1252FromUtf8(target.string()) + " could not be written (" +
+                                      cp1252FromUtf8(failure) + "). The file on disk is unchanged.",
+                                  "Save", Buttons::Ok, Icon::Critical);
+        return false;
+    }
+    doc_.dirty = false;
+    return true;
+}
+
+void MemTable::afterLoad()
+{
+    view_->bankTagsChanged();
+    view_->bankChanged();
+    fillgrid();
+    grid_.show();
+    view_->captionChanged();
+}
+
+bool MemTable::loadmem(const std::string& path)
+{
+    doc_.clearEasyTags();
+    rebuildeasytags();
+    std::string bytes;
+    if (!readFileBytes(path, bytes)) {
+        settings_.loadlast = 0;
+        MemLoadResult missing{MemLoadStatus::Invalid, 0, 0, 0, 53};
+        services_.dialogs.message(missing.message());
+        doc_.fnaam = "Untitled";
+        view_->captionChanged();
+        return false;
+    }
+    const MemLoadResult result = readMem(doc_, bytes, settings_.option9);
+    if (result.status == MemLoadStatus::NotCompatible) {
+        services_.dialogs.message(result.message());
+        return false;
+    }
+    if (result.status == MemLoadStatus::Invalid) {
+        services_.dialogs.message(result.message());
+        doc_.fnaam = "Untitled";
+        afterLoad();  // what was read stays, and the grid shows it
+        return false;
+    }
+    doc_.fnaam = path;
+    afterLoad();
+    if (settings_.option9 == 1) rebuildeasytags();
+    return true;
+}
+
+bool MemTable::load780(const std::string& path)
+{
+    doc_.clearEasyTags();
+    rebuildeasytags();
+    std::string bytes;
+    if (!readFileBytes(path, bytes)) {
+        MemLoadResult missing{MemLoadStatus::Invalid, 0, 0, 0, 53};
+        services_.dialogs.message(missing.message());
+        doc_.fnaam = "Untitled";
+        view_->captionChanged();
+        return false;
+    }
+    const MemLoadResult result = read780(doc_, bytes, settings_.option9);
+    if (result.status != MemLoadStatus::Loaded) {
+        services_.dialogs.message(result.message());
+        if (result.status == MemLoadStatus::Invalid) doc_.fnaam = "Untitled";
+        afterLoad();
+        return false;
+    }
+    doc_.fnaam = path;
+    afterLoad();
+    return true;
+}
+
+bool MemTable::loadspecial(const std::string& path)
+{
+    doc_.clearEasyTags();
+    rebuildeasytags();
+    std::string bytes;
+    readFileBytes(path, bytes);  // a file that cannot be read reads as empty
+    readSpecial(doc_, bytes, settings_.option9);
+    doc_.fnaam = path;
+    afterLoad();
+    if (settings_.option9 == 1) rebuildeasytags();
+    return true;
+}
+
+// ---- exit ----
+
+bool MemTable::exitRequested()
+{
+    writeProfile();
+    if (settings_.option4 == 0 &&
+        services_.dialogs.message("Exit KESTRA?", "Exit", Buttons::OkCancel, Icon::Question) != Answer::Ok)
+        return false;
+    view_->commitEdit();
+    if (doc_.dirty) {
+        switch (services_.dialogs.message("Save data?", "Warning", Buttons::YesNoCancel, Icon::Exclamation)) {
+        case Answer::Yes:
+            if (!fileSave()) return false;
+            break;
+        case Answer::No: break;
+        default: return false;
+        }
+    }
+    Busy busy(*view_);
+    createbank();
+    if (saveCheck) saveCheck();
+    writeFileAtomic(services_.folder.file("lastused.sav"), memText(doc_, settings_));
+    if (settings_.loadlast == 1 && !doc_.fnaam.empty() && !startsWith(doc_.fnaam, "Untitled"))
+        writeFileAtomic(services_.folder.file("lastfile.ini"), doc_.fnaam + kCrLf);
+    return true;
+}
+
+void MemTable::unload()
+{
+    auto& p = services_.profile;
+    p.set(kFolderSection, "opendir", opendir + "x");
+    p.set(kFolderSection, "savedir", savedir + "x");
+    p.set(kFolderSection, "backdir", backdir + "x");
+}
+
+std::vector<std::string> MemTable::bankEmptyStatus() const { return kestra::bankEmptyStatus(doc_); }
+
+} // namespace kestra

@@ -1,0 +1,134 @@
+#pragma once
+// The routines of the main window memtab that are not controls: the bridge
+// between grid and store (createbank, convertcell, fillgrid), the bank tabs,
+// the caption, the File menu with its questions, the exit steps and the
+// last-file timer. The window holds a MemTable and calls it; kestractl and the
+// tests drive the same object without a window.
+
+#include "document.h"
+#include "grid.h"
+#include "memfile.h"
+#include "settings.h"
+
+#include "platform/appfolder.h"
+#include "platform/dialogs.h"
+#include "platform/profilestore.h"
+#include "platform/scheduler.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace kestra {
+
+// What the window shows of the routines' work. Every call has a do-nothing
+// default so that a headless user implements only what it needs.
+class MemtabView {
+public:
+    virtual ~MemtabView() = default;
+    virtual void showProgress(int /*percent 0..100*/) {}
+    virtual void hideProgress() {}
+    virtual void easyTagsRebuilt() {}   // refill the tag combo and the ten bank combos
+    virtual void bankTagsChanged() {}   // tab captions and bank text boxes
+    virtual void captionChanged() {}    // the file name or the model changed
+    virtual void layoutChanged() {}     // grid columns, headers or channel numbers changed
+    virtual void bankChanged() {}       // the current bank changed (tab, frame label)
+    virtual void setBusy(bool /*busy*/) {}
+    virtual void commitEdit() {}        // close an open cell edit into the grid
+};
+
+class MemTable {
+public:
+    struct Services {
+        Dialogs& dialogs;
+        ProfileStore& profile;
+        Scheduler& scheduler;
+        AppFolder folder;
+    };
+
+    MemTable(Document& doc, Settings& settings, Grid& grid, Services services);
+    ~MemTable();
+
+    void setView(MemtabView* view) { view_ = view ? view : &nullView_; }
+
+    Document& doc() { return doc_; }
+    const Document& doc() const { return doc_; }
+    Settings& settings() { return settings_; }
+    Grid& grid() { return grid_; }
+    Dialogs& dialogs() { return services_.dialogs; }
+
+    // ---- the bridge between grid and store ----
+    bool createbank();
+    void convertcell(int storeColumn, int row, int gridColumn);
+    void fillgrid();
+    void rebuildeasytags();
+    void clearbank();
+
+    // ---- start-up ----
+    // The per-user values: the three folders and the model switches.
+    void readProfile();
+    void writeProfile();
+    // The parts of Form Load that concern the document: priority channels,
+    // bank 0, bank tags, layout, cleared cells, channel numbers, cell 1,1,
+    // clean flag, and Timer4 when loadlast is on.
+    void formLoad();
+    // Timer4: load the file named in lastfile.ini.
+    void loadLastFile();
+
+    // ---- model and layout ----
+    void setModel(const ModelSwitches& model);   // headers, counts, fillgrid, caption
+    void applyLayout();                          // grid size, headers, channel numbers of the current bank
+    std::string modelName() const;               // "BC250D" ... "UBC3300"
+    std::string caption() const;                 // the window caption
+    std::string tabCaption(int bank) const;      // "1: Bank: 1" ... "Dummy"
+    std::string frameLabel() const;              // the current bank's tag, "Dummy" on the Dummy tab
+
+    // ---- tabs ----
+    void changeBank(int index);
+
+    // ---- File menu ----
+    void fileNew();
+    void fileOpen();
+    void fileOpenSpecial();
+    void fileOpenLorven();
+    bool fileSave();      // false when nothing was written
+    bool fileSaveAs();
+    // "This will clear your table." ... Yes saves first. False means Cancel.
+    bool askClearTable();
+    void markDirty() { doc_.dirty = true; }
+
+    // The routines of the MEM file with everything the window does around them.
+    bool loadmem(const std::string& path);
+    bool load780(const std::string& path);
+    bool loadspecial(const std::string& path);
+    bool savemem(const std::string& path);   // tells the user when the file cannot be written
+
+    // The check of the table that runs before every save (set by the editor).
+    std::function<void()> saveCheck;
+
+    // ---- exit ----
+    // Steps 1 to 7 of Exit. False when the user cancelled.
+    bool exitRequested();
+    // Step 8, when the window unloads: the per-user values and the files.
+    void unload();
+
+    // ---- reports ----
+    std::vector<std::string> bankEmptyStatus() const;
+
+    // The folders offered by the file dialogs.
+    std::string opendir, savedir, backdir;
+
+private:
+    std::string chooseFolder(const std::string& stored) const;
+    void afterLoad();
+
+    Document& doc_;
+    Settings& settings_;
+    Grid& grid_;
+    Services services_;
+    MemtabView nullView_;
+    MemtabView* view_ = &nullView_;
+    std::unique_ptr<Timer> timer4_;
+};
+
+} // namespace kestra
