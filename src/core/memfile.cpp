@@ -55,14 +55,12 @@ std::string memText(const Document& doc, const Settings& settings)
         out += "#$BT" + std::to_string(n) + ' ' + (settings.savenames == 1 ? doc.banktags[n] : std::string("None"));
         endLine();
     }
+    // The search lines of bank 11 hold empty fields: nothing fills those cells
+    // any more and no reader takes them back, but their ten lines keep every
+    // later section at its place. (New and Open leave different sentinels in
+    // bank 11; writing them would make a saved file change on every reload.)
     for (int n = 0; n < 10; ++n) {
-        out += "SR" + std::to_string(n) + ' ';
-        const auto& line = doc.memdata[kSearchBank][n];
-        for (int c = 1; c <= 5; ++c) {
-            out += ",\"";
-            out += line[c];
-            out += '"';
-        }
+        out += "SR" + std::to_string(n) + " ,\"\",\"\",\"\",\"\",\"\"";
         endLine();
     }
     for (int b = 0; b < 10; ++b)
