@@ -1,0 +1,145 @@
+// kestractl convert, run as the program it is.
+
+#include "core/convert.h"
+#include "core/memtable.h"
+#include "platform/fake/memoryprofilestore.h"
+#include "platform/fake/scripteddialogs.h"
+#include "platform/fake/virtualscheduler.h"
+#include "support/testfiles.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <sys/wait.h>
+
+using namespace kestra;
+using kestra::test::channelLine;
+using kestra::test::HandMadeMem;
+using kestra::test::readBytes;
+using kestra::test::TempDir;
+using kestra::test::writeBytes;
+
+namespace {
+
+struct CtlRun {
+    int status = -1;
+    std::string err;
+};
+
+// Runs kestractl with the arguments; stderr is captured, the per-user store is
+// kept inside the test's folder.
+CtlRun kestractl(const TempDir& home, const std::string& args)
+{
+    const std::string errFile = home.file("stderr.txt");
+    const std::string command = "HOME='" + home.path().string() + "' XDG_CONFIG_HOME='" + home.file("config") +
+                                "' XDG_DATA_HOME='" + home.file("data") + "' " KESTRACTL_PATH " " + args + " 2>'" +
+                                errFile + "' >/dev/null";
+    CtlRun run;
+    const int raw = std::system(command.c_str());
+    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    run.err = readBytes(errFile);
+    return run;
+}
+
+// A document made and saved through the main window's routines, on a model.
+std::string savedByTheProgram(const TempDir& dir, Model model, const std::string& name)
+{
+    Document doc;
+    Settings settings;
+    Grid grid;
+    ScriptedDialogs dialogs;
+    MemoryProfileStore profile;
+    VirtualScheduler scheduler;
+    MemTable table(doc, settings, grid, {dialogs, profile, scheduler, AppFolder(dir.path())});
+    doc.model = ModelSwitches::of(model);
+    table.formLoad();
+    const int cols = grid.cols();
+    for (int bank : {0, 4, 9}) {
+        table.changeBank(bank);
+        for (int r = 1; r <= 100; r += 3) {
+            grid.setText(r, 1, std::to_string(118 + r) + "." + std::to_string(r * 125 % 10000));
+            grid.setText(r, 2, "Ch " + std::to_string(r) + ", x");  // a comma is safe inside the quotes
+            for (int c = 3; c < cols; ++c) {
+                const std::string header = grid.text(0, c);
+                if (header == "Delay Time") grid.setText(r, c, delayText(std::to_string(r % 8), doc.model.bc785d));
+                else if (header == "PL/DPL") grid.setText(r, c, toneText(std::to_string(r % 292)));
+                else if (header == "Mode") grid.setText(r, c, modeText(std::to_string(r % 4)));
+                else if (header == "Step") grid.setText(r, c, stepText(std::to_string(r % 10)));
+                else grid.setText(r, c, r % 2 ? "On" : "Off");
+            }
+        }
+    }
+    doc.banktags[4] = "Marine";
+    table.changeBank(0);
+    const std::string path = dir.file(name);
+    dialogs.files = {path};
+    EXPECT_TRUE(table.fileSave());
+    return path;
+}
+
+} // namespace
+
+TEST(KestractlConvert, ReproducesAFileThisProgramSavedOnBothLayouts)
+{
+    for (Model model : {Model::BC250D, Model::BC796D}) {
+        TempDir dir;
+        const std::string in = savedByTheProgram(dir, model, "in.mem");
+        const CtlRun run = kestractl(dir, "convert '" + in + "' '" + dir.file("out.mem") + "' --model " + modelName(model) +
+                                           " --dir '" + dir.path().string() + "'");
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_EQ(readBytes(dir.file("out.mem")), readBytes(in)) << modelName(model);
+    }
+}
+
+TEST(KestractlConvert, TheModelDecidesTheDelaysOfBankOne)
+{
+    TempDir dir;
+    const std::string in = savedByTheProgram(dir, Model::BC796D, "in.mem");
+    // Without --model the per-user store decides; an empty store means the UBC3300 (BC250D layout).
+    const CtlRun run = kestractl(dir, "convert '" + in + "' '" + dir.file("out") + "' --dir '" + dir.path().string() + "'");
+    ASSERT_EQ(run.status, 0) << run.err;
+    const auto before = kestra::test::crlfLines(readBytes(in));
+    const auto after = kestra::test::crlfLines(readBytes(dir.file("out.mem")));  // Save As adds ".mem"
+    ASSERT_EQ(after.size(), 2107u);
+    // Channel 4 has the delay "Inf." (code 4): bank 1 passes the BC250D grid, which knows only "2".
+    EXPECT_EQ(before[4], channelLine(4, {"0122.5000", "Ch 4, x", "0", "0", "4", "", "0", "4", "0", "0", "0", "4"}, ""));
+    EXPECT_EQ(after[4], channelLine(4, {"0122.5000", "Ch 4, x", "0", "0", "2", "", "0", "4", "0", "0", "0", "4"}, ""));
+    EXPECT_EQ(before[404], after[404]);  // bank 5 never passes the grid
+}
+
+TEST(KestractlConvert, RefusedFilesGiveTheMessageAndStatusOne)
+{
+    TempDir dir;
+    writeBytes(dir.file("bad.mem"), "hello\r\n");
+    CtlRun run = kestractl(dir, "convert '" + dir.file("bad.mem") + "' '" + dir.file("out.mem") + "' --dir '" +
+                                 dir.path().string() + "'");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "File is not compatible with this version.\n");
+    EXPECT_FALSE(std::filesystem::exists(dir.file("out.mem")));
+
+    HandMadeMem lorven;
+    lorven.header = "LORVEN 780 MEM";
+    writeBytes(dir.file("l.mem"), lorven.text());
+    run = kestractl(dir, "convert '" + dir.file("l.mem") + "' '" + dir.file("out.mem") + "'");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "File is not compatible.\n");
+
+    run = kestractl(dir, "convert '" + dir.file("missing.mem") + "' '" + dir.file("out.mem") + "'");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "Not a valid file! Line: 0 / 0 / 0 Error: 53\n");
+
+    run = kestractl(dir, "convert only-one");
+    EXPECT_EQ(run.status, 2);
+    run = kestractl(dir, "convert a b --model BC999");
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.err.find("unknown model"), std::string::npos);
+}
+
+TEST(KestractlConvert, OpensLorvenAndSpecialFilesByTheirKind)
+{
+    EXPECT_EQ(memKindOf("x.mem", "LORVEN 780 MEM V1.04\r\n"), MemKind::Lorven);
+    EXPECT_EQ(memKindOf("x.mem", "KESTRA MEM V1.02 780 channels\r\n"), MemKind::Kestra);
+    EXPECT_EQ(memKindOf("x.CSV", "anything"), MemKind::Special);
+    EXPECT_EQ(memKindOf("x.mem", ""), MemKind::Kestra);
+}
