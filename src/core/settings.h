@@ -2,6 +2,8 @@
 // setupdata: the settings of setup.ini in memory, one 16-bit value per key,
 // with the built-in defaults. The keys keep their file names.
 
+#include <vector>
+
 namespace kestra {
 
 struct Settings {
@@ -65,6 +67,20 @@ struct Settings {
     int enc4 = 1;
     // [cputune]
     int val2 = 200;
+    int val3 = 0;  // written, never read back
 };
+
+// One key of setup.ini: its section and name, where it lives in Settings, and
+// whether it is a flag (written as 0 or 1 only) or a number.
+struct SettingKey {
+    const char* section;
+    const char* name;
+    int Settings::*member;
+    bool flag;
+};
+
+// Every key setup.ini holds, in the order the file is written. "remtrunk" is
+// not among them: it is read at start-up but never written.
+const std::vector<SettingKey>& settingKeys();
 
 } // namespace kestra

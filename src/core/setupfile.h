@@ -1,0 +1,30 @@
+#pragma once
+// setup.ini and com250.ini: the settings read at start-up and setup.ini
+// written whole when the main window closes.
+
+#include "settings.h"
+
+#include <filesystem>
+#include <string>
+
+namespace kestra {
+
+// The port settings of com250.ini, section "com".
+struct ComSettings {
+    int port = 1;
+    int baud = 19200;
+    int usbc = 0;
+};
+ComSettings readCom250(const std::filesystem::path& folder);
+
+// Reads every key of setup.ini in folder (defaults for what is missing), then
+// applies the clamps, the reset of "9khz" and, for a USB converter, the raised
+// delays.
+void readSetup(Settings& settings, const std::filesystem::path& folder, int usbc);
+
+// The whole text of setup.ini, CR LF line ends.
+std::string setupText(const Settings& settings);
+// Writes setup.ini into folder; "" on success, else what went wrong.
+std::string writeSetup(const Settings& settings, const std::filesystem::path& folder);
+
+} // namespace kestra
