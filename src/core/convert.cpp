@@ -28,6 +28,7 @@ bool convertMem(const ConvertRequest& request, Dialogs& dialogs, ProfileStore& p
     MemTable table(doc, settings, grid, {dialogs, profile, scheduler, folder});
 
     table.readProfile();
+    table.readSettingsFiles();
     if (request.model) {
         doc.model = ModelSwitches::of(*request.model);
         table.applyLayout();

@@ -1,5 +1,7 @@
 #include "memtable.h"
 
+#include "reffiles.h"
+#include "setupfile.h"
 #include "text.h"
 
 #include <algorithm>
@@ -181,13 +183,26 @@ void MemTable::writeProfile()
     p.set(kModelSection, "ubc33", std::to_string(doc_.model.ubc33));
 }
 
+void MemTable::readSettingsFiles()
+{
+    const ComSettings com = readCom250(services_.folder.path());
+    readSetup(settings_, services_.folder.path(), com.usbc);
+}
+
 void MemTable::formLoad()
 {
+    const auto& folder = services_.folder.path();
     doc_.defaultPriorityChannels();
     doc_.currentBank = 0;
     doc_.setDefaultBankTags(true);
+    if (settings_.remtags == 1) readNames(doc_, folder);
+    if (settings_.remtrunk == 1) readTrunkTypes(doc_, folder);
     view_->bankTagsChanged();
     doc_.clearAllCells();
+    if (settings_.bandplan == 2 && !readBandplan(doc_, folder)) {
+        services_.dialogs.message(kBandplanMissing);
+        settings_.bandplan = 0;
+    }
     applyLayout();
     fillgrid();
     grid_.select(1, 1);
@@ -498,6 +513,10 @@ void MemTable::unload()
     p.set(kFolderSection, "opendir", opendir + "x");
     p.set(kFolderSection, "savedir", savedir + "x");
     p.set(kFolderSection, "backdir", backdir + "x");
+    const auto& folder = services_.folder.path();
+    writeNames(doc_, folder);
+    writeTrunkTypes(doc_, folder);
+    writeSetup(settings_, folder);
 }
 
 std::vector<std::string> MemTable::bankEmptyStatus() const { return kestra::bankEmptyStatus(doc_); }

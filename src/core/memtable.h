@@ -68,6 +68,8 @@ public:
     // The per-user values: the three folders and the model switches.
     void readProfile();
     void writeProfile();
+    // setup.ini, with the delays of a USB converter named in com250.ini.
+    void readSettingsFiles();
     // The parts of Form Load that concern the document: priority channels,
     // bank 0, bank tags, layout, cleared cells, channel numbers, cell 1,1,
     // clean flag, and Timer4 when loadlast is on.
@@ -109,7 +111,8 @@ public:
     // ---- exit ----
     // Steps 1 to 7 of Exit. False when the user cancelled.
     bool exitRequested();
-    // Step 8, when the window unloads: the per-user values and the files.
+    // Step 8, when the window unloads: the per-user values, names.dat,
+    // ttype.dat and setup.ini. (The window writes its own place and widths.)
     void unload();
 
     // ---- reports ----

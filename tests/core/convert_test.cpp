@@ -143,3 +143,17 @@ TEST(KestractlConvert, OpensLorvenAndSpecialFilesByTheirKind)
     EXPECT_EQ(memKindOf("x.CSV", "anything"), MemKind::Special);
     EXPECT_EQ(memKindOf("x.mem", ""), MemKind::Kestra);
 }
+
+TEST(KestractlConvert, TheSettingsOfTheFolderApply)
+{
+    TempDir dir;
+    const std::string in = savedByTheProgram(dir, Model::BC250D, "in.mem");
+    writeBytes(dir.file("setup.ini"), "[setup]\r\nsavenames=0\r\nzero=1\r\n");
+    const CtlRun run = kestractl(dir, "convert '" + in + "' '" + dir.file("out.mem") + "' --model BC250D --dir '" +
+                                          dir.path().string() + "'");
+    ASSERT_EQ(run.status, 0) << run.err;
+    const auto lines = kestra::test::crlfLines(readBytes(dir.file("out.mem")));
+    for (int i = 0; i < 12; ++i) EXPECT_EQ(lines[1002 + i], "#$BT" + std::to_string(i) + " None");
+    EXPECT_EQ(lines[1].substr(0, 11), "1,\"119.1250");  // bank 1 passes the grid without leading zeros
+    EXPECT_EQ(lines[401].substr(0, 14), "401,\"0119.1250");
+}

@@ -513,3 +513,33 @@ TEST(Exit, TheLastFileIsRememberedAndLoadedAtTheNextStart)
     scheduler.advance(1000);
     EXPECT_EQ(dialogs.shown.size(), 1u);
 }
+
+TEST(StartAndExit, TheFilesOfTheFolderAreReadAtStartAndWrittenAtUnload)
+{
+    Table t;
+    writeBytes(file(t, "names.dat"), "Air, local\r\nFire\r\n");
+    writeBytes(file(t, "ttype.dat"), "1\r\n0\r\n3\r\n");
+    writeBytes(file(t, "setup.ini"), "[setup]\r\nbandplan=2\r\noption4=1\r\n");
+    t.table.readSettingsFiles();
+    EXPECT_EQ(t.settings.option4, 1);
+    t.table.formLoad();
+    EXPECT_EQ(t.doc.banktags[0], "Air; local");
+    EXPECT_EQ(t.doc.banktags[2], "Bank: 3");
+    EXPECT_EQ(t.doc.trunkset[2].trunktype, "3");
+    EXPECT_EQ(t.messages(), std::vector<std::string>{"Custum Bandplan bandplan.dat not found in working directory!"});
+    EXPECT_EQ(t.settings.bandplan, 0);
+    EXPECT_EQ(t.table.tabCaption(0), "1: Air; local");
+
+    t.doc.banktags[1] = "Marine";
+    t.settings.option9 = 7;
+    t.table.unload();
+    EXPECT_EQ(crlfLines(readBytes(file(t, "names.dat")))[1], "Marine");
+    EXPECT_NE(readBytes(file(t, "setup.ini")).find("\r\noption9=0\r\n"), std::string::npos);
+    EXPECT_NE(readBytes(file(t, "setup.ini")).find("\r\nbandplan=0\r\n"), std::string::npos);
+    EXPECT_EQ(crlfLines(readBytes(file(t, "ttype.dat")))[2], "3");
+
+    // Without remtags the tags of names.dat stay unread.
+    t.settings.remtags = 0;
+    t.table.formLoad();
+    EXPECT_EQ(t.doc.banktags[0], "Bank: 1");
+}
