@@ -1,0 +1,64 @@
+// kestra: the desktop program. Start-up runs in this order: the per-user
+// values and the settings files, the splash window info, and when info has
+// finished, the Form Load of the main window memtab. The process ends when the
+// event loop does, after memtab has unloaded.
+
+#include "core/document.h"
+#include "core/grid.h"
+#include "core/info.h"
+#include "core/memtab.h"
+#include "core/memtable.h"
+#include "core/settings.h"
+#include "core/setupfile.h"
+
+#include "platform/qt/qtappfolder.h"
+#include "platform/qt/qtdialogs.h"
+#include "platform/qt/qtprofilestore.h"
+#include "platform/qt/qtscheduler.h"
+
+#include <QApplication>
+#include <QIcon>
+
+int main(int argc, char* argv[])
+{
+    QApplication app(argc, argv);
+    Q_INIT_RESOURCE(kestra);   // the resources live in the static window library
+    QApplication::setApplicationName("kestra");
+    QApplication::setOrganizationName(kestra::kProfileApplication);
+    QApplication::setApplicationDisplayName("Kestra Console");
+    QApplication::setWindowIcon(QIcon(":/kestra.png"));
+
+    kestra::AppFolder folder = kestra::defaultAppFolder();
+    folder.ensure();
+    kestra::QtProfileStore profile;
+    kestra::QtDialogs dialogs;
+    kestra::QtScheduler scheduler;
+
+    kestra::Settings settings;
+    kestra::Document doc;
+    kestra::Grid grid;
+    kestra::MemTable table(doc, settings, grid, {dialogs, profile, scheduler, folder});
+
+    // The per-user folders, setup.ini with the delays of a USB converter from
+    // com250.ini, the port check, then the model switches (read with the folders).
+    table.readProfile();
+    const kestra::ComSettings com = kestra::readCom250(folder.path());
+    kestra::readSetup(settings, folder.path(), com.usbc);
+    if (com.port < 1 || com.port > 19) {
+        dialogs.message("The comport setting in the communication .ini file is wrong. Value is set at: " +
+                        std::to_string(com.port) +
+                        ". Value must be between 1 and 19. Please run the commmunication setup program.");
+        return 1;
+    }
+
+    kestra::Memtab memtab(table, folder);
+    dialogs.setParentWidget(&memtab);
+    kestra::Info info(doc, [&memtab] {
+        memtab.formLoad();
+        memtab.show();
+    });
+    info.centerOnScreen();
+    info.show();
+
+    return app.exec();
+}

@@ -1,0 +1,146 @@
+#pragma once
+// The main window memtab: the menus, the two toolbars, the help bar, the bank
+// tabs tabbed1, the frame label, the grid memtabel and the status bar
+// StatusBar1 with the progress bar prstatus. The window holds the controls and
+// calls MemTable for everything the menus and tabs do.
+
+#include "core/memtable.h"
+#include "core/reffiles.h"
+
+#include "platform/appfolder.h"
+
+#include <QMainWindow>
+
+#include <map>
+#include <string>
+#include <vector>
+
+class QAction;
+class QActionGroup;
+class QFrame;
+class QLabel;
+class QMenu;
+class QProgressBar;
+class QTabBar;
+class QTableView;
+class QToolBar;
+
+namespace kestra {
+
+class GridModel;
+
+class Memtab : public QMainWindow, public MemtabView {
+    Q_OBJECT
+public:
+    // folder: the program's folder, where window.dat and the column width files live.
+    Memtab(MemTable& table, AppFolder folder, QWidget* parent = nullptr);
+    ~Memtab() override;
+
+    // Form Load: the fixed-width font, MemTable::formLoad, the window's place
+    // from window.dat (setting window = 1), the column widths from the layout's
+    // width file (setting tabwidth = 1), then the controls from the logic.
+    void formLoad();
+
+    // The window's place and the grid's column widths in twips (15 to a pixel),
+    // as window.dat and the width files keep them.
+    WindowPlace place() const;
+    void setPlace(const WindowPlace& place);
+    std::vector<int> columnWidthsTwips() const;
+    void setColumnWidthsTwips(const std::vector<int>& widths);
+
+    MemTable& table() { return table_; }
+    GridModel* gridModel() const { return model_; }
+    QTableView* memtabel() const { return memtabel_; }
+    QTabBar* tabbed1() const { return tabbed1_; }
+    QMenu* tabpop() const { return tabpop_; }
+    QToolBar* toolbar1() const { return toolbar1_; }
+    QToolBar* toolbar2() const { return toolbar2_; }
+    QLabel* frameLabel() const { return frameLabel_; }
+    QLabel* channelPanel() const { return panelChannel_; }
+    QLabel* filePanel() const { return panelFile_; }
+    QProgressBar* prstatus() const { return prstatus_; }
+    QWidget* helpbar() const { return helpbar_; }
+
+    // A menu entry by its control name (the first when the name is an array).
+    QAction* action(const std::string& name) const;
+    // The entries of a control array (bk0, filenaam) by index.
+    const std::vector<QAction*>& actionArray(const std::string& name) const;
+
+    // The fixed-width font of the tags: "Lucida Console" when the system has
+    // it, else "Courier New", else the system's fixed font.
+    static QFont fixedWidthFont();
+
+    // MemtabView
+    void showProgress(int percent) override;
+    void hideProgress() override;
+    void bankTagsChanged() override;
+    void captionChanged() override;
+    void layoutChanged() override;
+    void bankChanged() override;
+    void setBusy(bool busy) override;
+    void commitEdit() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildMenus();
+    void buildToolbars();
+    void buildCentral();
+    void buildStatusBar();
+
+    QAction* addEntry(QMenu* menu, const char* name, const char* caption, bool enabled = false);
+    QMenu* addSubmenu(QMenu* parentMenu, const char* name, const char* caption, bool enabled = true);
+    void connectEntry(const char* name, void (Memtab::*handler)());
+
+    // Refreshers of what the window shows from the logic.
+    void updateCaption();
+    void updateTabs();
+    void updateFrameLabel();
+    void updateBankChecks();
+    void updateChannelPanel();
+    void applyColumnWidths();
+    void layoutColumnsChanged();
+
+    // Handlers.
+    void onTabChanged(int index);
+    void menuNew();
+    void menuOpen();
+    void menuOpenSpecial();
+    void menuOpenLorven();
+    void menuSave();
+    void menuSaveAs();
+    void menuExit();
+    void showBankEmptyStatus();
+    void showAbout();
+    void toggleToolbar(bool on);
+    void toggleHelpbar(bool on);
+    void afterFileCommand();
+
+    MemTable& table_;
+    AppFolder folder_;
+    GridModel* model_ = nullptr;
+
+    QTableView* memtabel_ = nullptr;
+    QTabBar* tabbed1_ = nullptr;
+    QLabel* frameLabel_ = nullptr;
+    QWidget* helpbar_ = nullptr;
+    QToolBar* toolbar1_ = nullptr;
+    QToolBar* toolbar2_ = nullptr;
+    QMenu* tabpop_ = nullptr;
+    QMenu* modelMenu_ = nullptr;
+    QLabel* panelChannel_ = nullptr;
+    QLabel* panelFile_ = nullptr;
+    QWidget* panelProgress_ = nullptr;
+    QProgressBar* prstatus_ = nullptr;
+    QActionGroup* bankGroup_ = nullptr;
+
+    std::map<std::string, QAction*> actions_;
+    std::map<std::string, std::vector<QAction*>> arrays_;
+
+    int busy_ = 0;
+    bool tabSync_ = false;
+    bool unloaded_ = false;
+};
+
+} // namespace kestra
