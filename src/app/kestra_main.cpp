@@ -39,11 +39,11 @@ int main(int argc, char* argv[])
     kestra::Grid grid;
     kestra::MemTable table(doc, settings, grid, {dialogs, profile, scheduler, folder});
 
-    // The per-user folders, setup.ini with the delays of a USB converter from
-    // com250.ini, the port check, then the model switches (read with the folders).
+    // The per-user folders and model switches, setup.ini (with the delays of a
+    // USB converter named in com250.ini), then the check of the port number.
     table.readProfile();
+    table.readSettingsFiles();
     const kestra::ComSettings com = kestra::readCom250(folder.path());
-    kestra::readSetup(settings, folder.path(), com.usbc);
     if (com.port < 1 || com.port > 19) {
         dialogs.message("The comport setting in the communication .ini file is wrong. Value is set at: " +
                         std::to_string(com.port) +
