@@ -58,7 +58,7 @@ struct Document {
 
     // Document state.
     bool dirty = false;
-    std::string fnaam = "Untitled";  // the file name shown in the caption
+    std::string fnaam = "Untitled";  // the file shown in the caption: a native (UTF-8) path, not code-page text
     int currentBank = 0;
 
     Document();

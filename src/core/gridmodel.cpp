@@ -1,4 +1,5 @@
 #include "core/gridmodel.h"
+#include "platform/qt/qtext.h"
 
 #include "core/settings.h"
 #include "core/text.h"
@@ -10,16 +11,6 @@
 namespace kestra {
 
 namespace {
-
-QString toQt(const std::string& text)
-{
-    return QString::fromStdString(utf8FromCp1252(text));
-}
-
-std::string fromQt(const QString& text)
-{
-    return cp1252FromUtf8(text.toStdString());
-}
 
 // The tag column of both layouts.
 constexpr int kTagColumn = 2;

@@ -1,5 +1,6 @@
 #include "core/memtab.h"
 #include "core/toolbaricons.h"
+#include "platform/qt/qtext.h"
 
 #include "core/gridmodel.h"
 #include "core/text.h"
@@ -35,7 +36,6 @@ namespace kestra {
 
 namespace {
 
-QString qt(const std::string& cp1252) { return QString::fromStdString(utf8FromCp1252(cp1252)); }
 
 constexpr int twipsToPixels(int twips) { return (twips + 7) / 15; }
 
@@ -121,7 +121,7 @@ Memtab::Memtab(MemTable& table, AppFolder folder, QWidget* parent)
     : QMainWindow(parent), table_(table), folder_(std::move(folder))
 {
     setObjectName("memtab");
-    setWindowTitle(qt(table_.caption()));
+    setWindowTitle(QString::fromStdString(table_.caption()));
     setContextMenuPolicy(Qt::PreventContextMenu);   // no built-in toolbar menu beside View > Toolbar
 
     model_ = new GridModel(table_.grid(), table_.settings(), this);
@@ -445,7 +445,7 @@ void Memtab::buildCentral()
     tabbed1_->setExpanding(false);
     tabbed1_->setUsesScrollButtons(true);
     tabbed1_->setDrawBase(false);
-    for (int bank = 0; bank <= kDummyBank; ++bank) tabbed1_->addTab(qt(table_.tabCaption(bank)));
+    for (int bank = 0; bank <= kDummyBank; ++bank) tabbed1_->addTab(toQt(table_.tabCaption(bank)));
     connect(tabbed1_, &QTabBar::currentChanged, this, &Memtab::onTabChanged);
     layout->addWidget(tabbed1_);
 
@@ -527,7 +527,7 @@ void Memtab::buildStatusBar()
     bar->addWidget(panelFile_, 1);
     bar->addWidget(panelProgress_);
     updateChannelPanel();
-    panelFile_->setText(qt(table_.doc().fnaam));
+    panelFile_->setText(QString::fromStdString(table_.doc().fnaam));
 }
 
 QFont Memtab::fixedWidthFont()
@@ -612,19 +612,19 @@ void Memtab::layoutColumnsChanged()
 
 void Memtab::updateCaption()
 {
-    setWindowTitle(qt(table_.caption()));
-    modelMenu_->setTitle(qt("&" + table_.modelName()));
-    panelFile_->setText(qt(table_.doc().fnaam));
+    setWindowTitle(QString::fromStdString(table_.caption()));
+    modelMenu_->setTitle(toQt("&" + table_.modelName()));
+    panelFile_->setText(QString::fromStdString(table_.doc().fnaam));
 }
 
 void Memtab::updateTabs()
 {
-    for (int bank = 0; bank < tabbed1_->count(); ++bank) tabbed1_->setTabText(bank, qt(table_.tabCaption(bank)));
+    for (int bank = 0; bank < tabbed1_->count(); ++bank) tabbed1_->setTabText(bank, toQt(table_.tabCaption(bank)));
 }
 
 void Memtab::updateFrameLabel()
 {
-    frameLabel_->setText(qt(table_.frameLabel()));
+    frameLabel_->setText(toQt(table_.frameLabel()));
 }
 
 void Memtab::updateBankChecks()
@@ -813,7 +813,7 @@ void Memtab::showBankEmptyStatus()
     list->setObjectName("List1");
     list->setSelectionMode(QAbstractItemView::NoSelection);
     list->setFont(fixedWidthFont());
-    for (const std::string& line : table_.bankEmptyStatus()) list->addItem(qt(line));
+    for (const std::string& line : table_.bankEmptyStatus()) list->addItem(toQt(line));
     layout->addWidget(list);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, dialog);
     connect(buttons, &QDialogButtonBox::accepted, dialog, &QDialog::accept);

@@ -81,7 +81,7 @@ public:
     void setModel(const ModelSwitches& model);   // headers, counts, fillgrid, caption
     void applyLayout();                          // grid size, headers, channel numbers of the current bank
     std::string modelName() const;               // "BC250D" ... "UBC3300"
-    std::string caption() const;                 // the window caption
+    std::string caption() const;                 // the window caption, UTF-8 (it carries the file path)
     std::string tabCaption(int bank) const;      // "1: Bank: 1" ... "Dummy"
     std::string frameLabel() const;              // the current bank's tag, "Dummy" on the Dummy tab
 

@@ -1,4 +1,5 @@
 #include "platform/qt/qtdialogs.h"
+#include "platform/qt/qtext.h"
 
 #include "platform/cp1252.h"
 
@@ -15,11 +16,6 @@
 namespace kestra {
 
 namespace {
-
-QString toQt(const std::string& text)
-{
-    return QString::fromStdString(utf8FromCp1252(text));
-}
 
 std::optional<std::string> chosenPath(const QString& path)
 {

@@ -1,4 +1,5 @@
 #include "platform/qt/qtprofilestore.h"
+#include "platform/qt/qtext.h"
 
 #include "platform/cp1252.h"
 
@@ -8,16 +9,6 @@
 namespace kestra {
 
 namespace {
-
-QString toQt(const std::string& text)
-{
-    return QString::fromStdString(utf8FromCp1252(text));
-}
-
-std::string fromQt(const QString& text)
-{
-    return cp1252FromUtf8(text.toStdString());
-}
 
 QString keyOf(const std::string& section, const std::string& key)
 {
