@@ -198,6 +198,7 @@ void MemTable::formLoad()
     if (settings_.remtags == 1) readNames(doc_, folder);
     if (settings_.remtrunk == 1) readTrunkTypes(doc_, folder);
     view_->bankTagsChanged();
+    readDefaultData(defdata, folder);
     doc_.clearAllCells();
     if (settings_.bandplan == 2 && !readBandplan(doc_, folder)) {
         services_.dialogs.message(kBandplanMissing);
@@ -517,6 +518,7 @@ void MemTable::unload()
     writeNames(doc_, folder);
     writeTrunkTypes(doc_, folder);
     writeSetup(settings_, folder);
+    writeDefaultData(defdata, folder);
 }
 
 std::vector<std::string> MemTable::bankEmptyStatus() const { return kestra::bankEmptyStatus(doc_); }

@@ -5,6 +5,7 @@
 // last-file timer. The window holds a MemTable and calls it; kestractl and the
 // tests drive the same object without a window.
 
+#include "defaultdata.h"
 #include "document.h"
 #include "grid.h"
 #include "memfile.h"
@@ -112,7 +113,8 @@ public:
     // Steps 1 to 7 of Exit. False when the user cancelled.
     bool exitRequested();
     // Step 8, when the window unloads: the per-user values, names.dat,
-    // ttype.dat and setup.ini. (The window writes its own place and widths.)
+    // ttype.dat, setup.ini and defdata.ini. (The window writes its own place
+    // and widths.)
     void unload();
 
     // ---- reports ----
@@ -120,6 +122,8 @@ public:
 
     // The folders offered by the file dialogs.
     std::string opendir, savedir, backdir;
+    // The default data of a new channel (defdata.ini).
+    DefaultData defdata;
 
 private:
     std::string chooseFolder(const std::string& stored) const;
