@@ -1,4 +1,6 @@
 #include "core/memtab.h"
+#include "core/defdata.h"
+#include "core/softset.h"
 #include "core/toolbaricons.h"
 #include "platform/qt/qtext.h"
 
@@ -274,7 +276,7 @@ void Memtab::buildMenus()
     helpbarEntry->setCheckable(true);
     connect(helpbarEntry, &QAction::triggered, this, &Memtab::toggleHelpbar);
     view->addSeparator();
-    addEntry(view, "restable", "Reset Table Width");
+    addEntry(view, "restable", "Reset Table Width", true);
 
     // Options
     QMenu* options = topMenu("memtab_edit", "&Options");
@@ -342,8 +344,8 @@ void Memtab::buildMenus()
     addEntry(setup, "preset_step", "Preset &Offset Settings");
     addEntry(setup, "tbtags", "&Bank Tags");
     addEntry(setup, "set_search", "&Active Banks");
-    addEntry(setup, "setdef", "Setup &Default Data");
-    addEntry(setup, "soft_options", "&Software Options");
+    addEntry(setup, "setdef", "Setup &Default Data", true);
+    addEntry(setup, "soft_options", "&Software Options", true);
 
     // Help
     QMenu* help = topMenu("menu_help", "&Help");
@@ -388,6 +390,9 @@ void Memtab::buildMenus()
     connectEntry("exit_tab", &Memtab::menuExit);
     connectEntry("emptystatus", &Memtab::showBankEmptyStatus);
     connectEntry("hpabout", &Memtab::showAbout);
+    connectEntry("restable", &Memtab::menuResetTableWidth);
+    connectEntry("setdef", &Memtab::menuSetupDefaultData);
+    connectEntry("soft_options", &Memtab::menuSoftOptions);
 }
 
 void Memtab::buildToolbars()
@@ -829,6 +834,26 @@ void Memtab::showAbout()
     text += kCrLf;
     text += "Programs and remote-controls the Uniden BC250D, BC296D, BC785D, BC796D and UBC3300 trunk-tracking scanners.";
     table_.dialogs().message(text, "About Kestra Console", Buttons::Ok, Icon::Information);
+}
+
+void Memtab::menuSoftOptions()
+{
+    // Ok carries the grid into the store and fills it anew: close an open edit first.
+    commitEdit();
+    Softset dialog(table_, this);
+    dialog.exec();
+}
+
+void Memtab::menuSetupDefaultData()
+{
+    Defdata dialog(table_, this);
+    dialog.exec();
+}
+
+void Memtab::menuResetTableWidth()
+{
+    // The widths the grid has when no width file is kept.
+    applyColumnWidths();
 }
 
 void Memtab::toggleToolbar(bool on)

@@ -115,6 +115,9 @@ private:
     void showAbout();
     void toggleToolbar(bool on);
     void toggleHelpbar(bool on);
+    void menuSoftOptions();
+    void menuSetupDefaultData();
+    void menuResetTableWidth();
     void afterFileCommand();
 
     MemTable& table_;

@@ -500,7 +500,8 @@ const MenuEntry kMenuTree[] = {
 // The entries that work in this version; every other entry is there, disabled.
 const std::set<std::string> kWorkingEntries = {"menunew", "tabopen", "openspecial", "savenu", "tabsaveas",
                                                "open_780file", "exit_tab", "bk0", "mnu_toolb", "nu_hbar",
-                                               "emptystatus", "hpabout", "popedit"};
+                                               "emptystatus", "hpabout", "popedit", "restable", "setdef",
+                                               "soft_options"};
 
 TEST_F(MemtabTest, MenuTreeHasEveryControlWithItsCaption)
 {

@@ -1,0 +1,488 @@
+// The settings windows softset (Software Options) and defdata (Default data per
+// channel) on a real main window: opened from their menu entries, answered
+// while their modal loop runs, and followed to setup.ini and defdata.ini when
+// the main window unloads.
+
+#include "core/defdata.h"
+#include "core/gridmodel.h"
+#include "core/memtab.h"
+#include "core/memtable.h"
+#include "core/softset.h"
+
+#include "platform/fake/memoryprofilestore.h"
+#include "platform/fake/scripteddialogs.h"
+#include "platform/fake/virtualscheduler.h"
+
+#include "support/testfiles.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSlider>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <memory>
+
+namespace kestra {
+namespace {
+
+// Check1 of softset by index: the key the box sets and its caption.
+struct ExpectedBox {
+    const char* key;
+    const char* caption;
+};
+constexpr ExpectedBox kBoxes[] = {
+    {"9khz", "Advanced Frequency Upload"},
+    {"smart", "Smart Info"},
+    {"zero", "Hide leading zero's of frequencies"},
+    {"round", "Round Frequencies according to bandplan."},
+    {"savenames", "Save memory bank tags in MEM file"},
+    {"cleartag", "Automatically clear bank tags when selecting File _ New"},
+    {"window", "Save Main Window Position and Size"},
+    {"synctagsr", "Read memory bank tags from scanner when reading data."},
+    {"synctagst", "Send memory bank tags to scanner when sending data."},
+    {"remtags", "Software remembers last used bank tags"},
+    {"shiftdir", "Reverse Channel Shift Option Buttons"},
+    {"option3", "Do bandplan check before every upload"},
+    {"option2", "Automatic Advanced Frequency Upload"},
+    {"delid", "Delete Empty Trunk Id's during upload"},
+    {"textra", "Read/Send Record from trunk id's "},
+    {"loadlast", "Load last used file at startup"},
+    {"tabwidth", "Save Width of Tabs"},
+    {"option9", "Show Easy Tag Dropdown List"},
+    {"qview", "Virtual Control Always On Top"},
+    {"vstart", "Always start with Virtual Control"},
+    {"vpos", "Store Virtual Control Window position"},
+    {"linkbank", "Upload Active Bank settings"},
+    {"infob", "Show Info Box"},
+    {"vcm", "Do not close editor when running Virtual Control"},
+    {"enc1", "in trunk id search mode"},
+    {"enc2", "in trunk scan mode"},
+    {"enc3", "in search mode"},
+    {"enc4", "in scan mode"},
+    {"option11", "Special 7.5 kHz support in VHF range"},
+    {"option12", "Enable Step Logic"},
+    {"vcstat", "When minimized show STATUS window"},
+    {"ffont", "Display Tags in Fixed Width Font"},
+};
+static_assert(std::size(kBoxes) == Softset::kChecks);
+
+// The keys whose values differ between two settings.
+std::vector<std::string> changedKeys(const Settings& before, const Settings& after)
+{
+    std::vector<std::string> keys;
+    for (const SettingKey& k : settingKeys())
+        if (before.*k.member != after.*k.member) keys.push_back(k.name);
+    return keys;
+}
+
+class SettingsWindowsTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        settings.option4 = 1;   // exit without the question
+        table = std::make_unique<MemTable>(doc, settings, grid,
+                                           MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
+        table->readProfile();
+        window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
+        window->formLoad();
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    }
+
+    void TearDown() override
+    {
+        window.reset();
+        table.reset();
+    }
+
+    // Runs open, which shows a modal window of type W, and acts on that window
+    // while its loop runs. A window that act leaves open is cancelled, so that a
+    // failing check never hangs the run.
+    template <class W>
+    void whileOpen(const std::function<void()>& open, const std::function<void(W*)>& act)
+    {
+        bool ran = false;
+        QTimer::singleShot(0, window.get(), [&] {
+            ran = true;
+            W* dialog = qobject_cast<W*>(QApplication::activeModalWidget());
+            if (!dialog) {
+                ADD_FAILURE() << "the expected modal window is not open";
+                if (QWidget* other = QApplication::activeModalWidget()) other->close();
+                return;
+            }
+            EXPECT_EQ(dialog->parent(), window.get());
+            act(dialog);
+            if (dialog->isVisible()) {
+                ADD_FAILURE() << "the window was left open";
+                dialog->reject();
+            }
+        });
+        open();
+        EXPECT_TRUE(ran);
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    }
+    template <class W>
+    void whileOpen(const char* entryName, const std::function<void(W*)>& act)
+    {
+        whileOpen<W>([this, entryName] { window->action(entryName)->trigger(); }, act);
+    }
+
+    void exitProgram() { ASSERT_TRUE(window->close()); }
+
+    std::vector<std::string> setupLines() const { return test::crlfLines(test::readBytes(dir.path() / "setup.ini")); }
+    bool setupHas(const std::string& line) const
+    {
+        const auto lines = setupLines();
+        return std::find(lines.begin(), lines.end(), line) != lines.end();
+    }
+
+    QString shown(int row, int col) const
+    {
+        return window->gridModel()->data(window->gridModel()->indexOfCell(row, col)).toString();
+    }
+
+    test::TempDir dir;
+    ScriptedDialogs dialogs;
+    MemoryProfileStore profile;
+    VirtualScheduler scheduler;
+    Settings settings;
+    Document doc;
+    Grid grid;
+    std::unique_ptr<MemTable> table;
+    std::unique_ptr<Memtab> window;
+};
+
+// ---- Software Options ----------------------------------------------------------------
+
+TEST_F(SettingsWindowsTest, OkTakesATickedBoxIntoTheSettingsAndSetupIniAtExit)
+{
+    doc.cell(0, 4, 1) = "0146.5200";
+    table->fillgrid();
+    ASSERT_EQ(shown(4, 1), "0146.5200");
+
+    whileOpen<Softset>("soft_options", [](Softset* dialog) {
+        EXPECT_EQ(dialog->windowTitle(), "Software Options");
+        QCheckBox* zero = dialog->check1(2);
+        EXPECT_EQ(zero->text(), "Hide leading zero's of frequencies");
+        EXPECT_FALSE(zero->isChecked());
+        zero->click();
+        QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
+    });
+
+    EXPECT_EQ(settings.zero, 1);
+    EXPECT_EQ(shown(4, 1), "146.5200");   // the grid is filled anew in the new form
+    EXPECT_FALSE(std::filesystem::exists(dir.path() / "setup.ini"));   // nothing written before the exit
+
+    exitProgram();
+    EXPECT_TRUE(setupHas("zero=1"));
+    EXPECT_TRUE(setupHas("smart=1"));
+}
+
+TEST_F(SettingsWindowsTest, CancelDropsEveryChange)
+{
+    const Settings before = settings;
+    const std::string opendir = table->opendir;
+    dialogs.files.push_back(dir.file("elsewhere"));
+
+    // Opened from the toolbar button "Software setup" this time.
+    QAction* button = nullptr;
+    for (QAction* a : window->toolbar2()->actions())
+        if (a->toolTip() == "Software setup") button = a;
+    ASSERT_NE(button, nullptr);
+    ASSERT_TRUE(button->isEnabled());
+    whileOpen<Softset>([&] { QTest::mouseClick(window->toolbar2()->widgetForAction(button), Qt::LeftButton); },
+                       [this](Softset* dialog) {
+                           dialog->check1(2)->click();
+                           dialog->check1(31)->click();
+                           dialog->align()->setCurrentIndex(2);
+                           dialog->bandplan()->setCurrentIndex(0);
+                           dialog->hscroll1()->setValue(5);
+                           dialog->backena()->click();
+                           dialog->command4()->click();
+                           EXPECT_EQ(dialog->defaultFolderText()->text().toStdString(), dir.file("elsewhere"));
+                           QTest::mouseClick(dialog->cancelButton(), Qt::LeftButton);
+                       });
+
+    EXPECT_TRUE(changedKeys(before, settings).empty());
+    EXPECT_EQ(table->opendir, opendir);
+    exitProgram();
+    EXPECT_TRUE(setupHas("zero=0"));
+    EXPECT_TRUE(setupHas("align=0"));
+    EXPECT_TRUE(setupHas("backupdelay=30"));
+    EXPECT_EQ(profile.get("folders", "opendir", "?"), opendir + "x");
+}
+
+TEST_F(SettingsWindowsTest, EachBoxOfCheck1CarriesItsCaptionAndSetsOnlyItsKey)
+{
+    for (int i = 0; i < Softset::kChecks; ++i) {
+        SCOPED_TRACE(kBoxes[i].key);
+        Softset dialog(*table, window.get());
+        EXPECT_EQ(std::strcmp(Softset::checkKey(i), kBoxes[i].key), 0);
+        EXPECT_EQ(dialog.check1(i)->text().toStdString(), kBoxes[i].caption);
+        const Settings before = settings;
+        const bool wasOn = dialog.check1(i)->isChecked();
+        dialog.check1(i)->click();
+        dialog.accept();
+        EXPECT_EQ(changedKeys(before, settings), std::vector<std::string>{kBoxes[i].key});
+        // The box showed the value the setting had.
+        const auto key = std::find_if(settingKeys().begin(), settingKeys().end(),
+                                      [&](const SettingKey& k) { return k.name == std::string(kBoxes[i].key); });
+        ASSERT_NE(key, settingKeys().end());
+        EXPECT_EQ(before.*key->member, wasOn ? 1 : 0);
+        EXPECT_EQ(settings.*key->member, wasOn ? 0 : 1);
+    }
+}
+
+TEST_F(SettingsWindowsTest, TabsHoldEveryBoxAndTheEncryptedGroupKeepsItsModes)
+{
+    Softset dialog(*table, window.get());
+    auto* tabs = dialog.findChild<QTabWidget*>();
+    ASSERT_NE(tabs, nullptr);
+    QStringList captions;
+    for (int t = 0; t < tabs->count(); ++t) captions << tabs->tabText(t);
+    EXPECT_EQ(captions, (QStringList{"General", "Bandplan", "Tags", "Trunk", "Virtual Control", "Backup"}));
+
+    // Every box sits on exactly one page.
+    std::vector<int> pageOf(Softset::kChecks, -1);
+    for (int t = 0; t < tabs->count(); ++t)
+        for (int i = 0; i < Softset::kChecks; ++i)
+            if (tabs->widget(t)->isAncestorOf(dialog.check1(i))) {
+                EXPECT_EQ(pageOf[i], -1) << i;
+                pageOf[i] = t;
+            }
+    for (int i = 0; i < Softset::kChecks; ++i) EXPECT_NE(pageOf[i], -1) << i;
+
+    // enc1..enc4 share the one group that names what they resume.
+    QWidget* group = dialog.check1(24)->parentWidget();
+    EXPECT_EQ(group->property("title").toString(), "APCO 25 encrypted communication auto resume");
+    for (int i = 25; i <= 27; ++i) EXPECT_EQ(dialog.check1(i)->parentWidget(), group);
+    EXPECT_EQ(group->findChildren<QCheckBox*>().size(), 4);
+}
+
+TEST_F(SettingsWindowsTest, SliderLabelCountsMinutesAndOkTakesTheBackupValues)
+{
+    settings.backupdelay = 30;
+    settings.backena = 1;
+    Softset dialog(*table, window.get());
+    QSlider* slider = dialog.hscroll1();
+    EXPECT_EQ(slider->minimum(), 1);
+    EXPECT_EQ(slider->maximum(), 99);
+    EXPECT_EQ(slider->value(), 30);
+    EXPECT_EQ(dialog.minutesLabel()->text(), "30 Minutes.");
+    EXPECT_TRUE(dialog.backena()->isChecked());
+    EXPECT_EQ(dialog.backena()->text(), "Enable Automatic Backup every:");
+
+    slider->setValue(1);
+    EXPECT_EQ(dialog.minutesLabel()->text(), "1 Minute.");
+    QTest::keyClick(slider, Qt::Key_Right);
+    EXPECT_EQ(slider->value(), 2);
+    EXPECT_EQ(dialog.minutesLabel()->text(), "2 Minutes.");
+    slider->setValue(250);
+    EXPECT_EQ(dialog.minutesLabel()->text(), "99 Minutes.");
+    slider->setValue(7);
+    dialog.backena()->click();
+
+    dialog.accept();
+    EXPECT_EQ(settings.backupdelay, 7);
+    EXPECT_EQ(settings.backena, 0);
+    exitProgram();
+    EXPECT_TRUE(setupHas("backupdelay=7"));
+    EXPECT_TRUE(setupHas("backena=0"));
+}
+
+TEST_F(SettingsWindowsTest, CombosOfferTheirChoicesAndOkAlignsTheGrid)
+{
+    settings.bandplan = 1;
+    Softset dialog(*table, window.get());
+    auto items = [](QComboBox* combo) {
+        QStringList list;
+        for (int i = 0; i < combo->count(); ++i) list << combo->itemText(i);
+        return list;
+    };
+    EXPECT_EQ(items(dialog.bandplan()),
+              (QStringList{"None", "BC250/785 Bandplan - US", "Custom Bandplan", "UBC3300 - plan 1",
+                           "UBC3300 - plan 2", "UBC3300 - plan 3 - Germany"}));
+    EXPECT_EQ(dialog.bandplan()->currentIndex(), 1);
+    EXPECT_EQ(items(dialog.align()), (QStringList{"Left", "Center", "Right"}));
+    EXPECT_EQ(dialog.model()->count(), 3);
+    EXPECT_EQ(dialog.model()->currentIndex(), 0);
+
+    const QModelIndex cell = window->gridModel()->indexOfCell(1, 2);
+    auto alignment = [&] {
+        return window->gridModel()->data(cell, Qt::TextAlignmentRole).value<Qt::Alignment>() & Qt::AlignHorizontal_Mask;
+    };
+    EXPECT_EQ(alignment(), Qt::AlignLeft);
+
+    dialog.align()->setCurrentIndex(1);
+    dialog.bandplan()->setCurrentIndex(5);
+    dialog.model()->setCurrentIndex(2);
+    QTest::mouseClick(dialog.okButton(), Qt::LeftButton);
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(settings.align, 1);
+    EXPECT_EQ(settings.bandplan, 5);
+    EXPECT_EQ(settings.model, 2);
+    EXPECT_EQ(alignment(), Qt::AlignHCenter);
+
+    // A value from a hand-edited file that no choice stands for stays as it is.
+    settings.bandplan = 9;
+    Softset again(*table, window.get());
+    EXPECT_EQ(again.bandplan()->currentIndex(), -1);
+    again.accept();
+    EXPECT_EQ(settings.bandplan, 9);
+}
+
+TEST_F(SettingsWindowsTest, FolderButtonsAskForAFolderAndOkKeepsIt)
+{
+    const std::string start = table->opendir;
+    const std::string defaults = dir.file("mem files");
+    const std::string backups = dir.file("backups");
+    table->backdir = dir.file("old backups");
+    dialogs.files = {defaults, std::nullopt, backups};
+
+    Softset dialog(*table, window.get());
+    EXPECT_EQ(dialog.defaultFolderText()->text().toStdString(), start);
+    dialog.command4()->click();
+    EXPECT_EQ(dialog.defaultFolderText()->text().toStdString(), defaults);
+    dialog.command5()->click();   // the chooser cancelled: the folder stays
+    EXPECT_EQ(dialog.backupFolderText()->text().toStdString(), dir.file("old backups"));
+    dialog.command5()->click();
+    EXPECT_EQ(dialog.backupFolderText()->text().toStdString(), backups);
+
+    ASSERT_EQ(dialogs.asked.size(), 3u);
+    for (const auto& asked : dialogs.asked) {
+        EXPECT_EQ(asked.kind, ScriptedDialogs::ChooserKind::Folder);
+        EXPECT_EQ(asked.choice.title, "Choose a folder:");
+    }
+    EXPECT_EQ(dialogs.asked[0].choice.folder, start);
+    EXPECT_EQ(dialogs.asked[1].choice.folder, dir.file("old backups"));
+    EXPECT_EQ(table->opendir, start);   // nothing taken before Ok
+
+    dialog.accept();
+    EXPECT_EQ(table->opendir, defaults);
+    EXPECT_EQ(table->savedir, defaults);
+    EXPECT_EQ(table->backdir, backups);
+    exitProgram();
+    EXPECT_EQ(profile.get("folders", "opendir", "?"), defaults + "x");
+    EXPECT_EQ(profile.get("folders", "backdir", "?"), backups + "x");
+}
+
+TEST_F(SettingsWindowsTest, ResetTrunkSystemsClearsTheTypesOfAllBanks)
+{
+    for (int b = 0; b < kChannelBanks; ++b) doc.trunkset[b].trunktype = std::to_string(b % 9 + 1);
+    doc.trunkset[4].trunkfields[2] = "1";
+
+    whileOpen<Softset>("soft_options", [](Softset* dialog) {
+        EXPECT_EQ(dialog->command3()->text(), "Reset Trunk systems");
+        EXPECT_TRUE(dialog->command3()->isEnabled());
+        dialog->command3()->click();
+        dialog->reject();
+    });
+    for (int b = 0; b < kChannelBanks; ++b) EXPECT_EQ(doc.trunkset[b].trunktype, "0") << b;
+    EXPECT_EQ(doc.trunkset[4].trunkfields[2], "1");
+
+    exitProgram();   // ttype.dat keeps the reset for the next start
+    EXPECT_EQ(test::crlfLines(test::readBytes(dir.path() / "ttype.dat")), std::vector<std::string>(10, "0"));
+}
+
+// ---- Reset Table Width ---------------------------------------------------------------------
+
+TEST_F(SettingsWindowsTest, ResetTableWidthGivesBackTheBuiltInWidths)
+{
+    QTableView* view = window->memtabel();
+    std::vector<int> builtIn;
+    for (int c = 0; c < window->gridModel()->columnCount(); ++c) builtIn.push_back(view->columnWidth(c));
+    view->setColumnWidth(0, builtIn[0] + 70);
+    view->setColumnWidth(1, 15);
+
+    window->action("restable")->trigger();
+    for (int c = 0; c < window->gridModel()->columnCount(); ++c) EXPECT_EQ(view->columnWidth(c), builtIn[c]) << c;
+}
+
+// ---- Default data per channel ---------------------------------------------------------------
+
+TEST_F(SettingsWindowsTest, DefaultDataOkKeepsTheChosenDelayInDefdataIni)
+{
+    table->setModel(ModelSwitches::of(Model::BC785D));
+    whileOpen<Defdata>("setdef", [](Defdata* dialog) {
+        EXPECT_EQ(dialog->windowTitle(), "Default data per channel:");
+        QComboBox* delay = dialog->combo1(DefaultData::Delay);
+        EXPECT_EQ(dialog->label1(DefaultData::Delay)->text(), "Delay Time:");
+        ASSERT_EQ(delay->count(), 8);
+        EXPECT_EQ(delay->currentText(), "1");
+        delay->setCurrentIndex(delay->findText("4"));
+        dialog->check1(DefaultData::Tone)->click();   // off by default
+        QTest::mouseClick(dialog->okButton(), Qt::LeftButton);
+    });
+    EXPECT_EQ(table->defdata.value[DefaultData::Delay][1], 3);
+    EXPECT_EQ(table->defdata.value[DefaultData::Delay][0], 1);   // the other layout keeps its own
+    EXPECT_EQ(table->defdata.enabled[DefaultData::Tone], 1);
+    EXPECT_EQ(table->defdata.gridText(DefaultData::Delay, 1), "4");
+    EXPECT_FALSE(std::filesystem::exists(dir.path() / "defdata.ini"));
+
+    exitProgram();
+    DefaultData reread;
+    readDefaultData(reread, dir.path());
+    EXPECT_EQ(reread.value[DefaultData::Delay][1], 3);
+    EXPECT_EQ(reread.enabled[DefaultData::Tone], 1);
+}
+
+TEST_F(SettingsWindowsTest, DefaultDataCancelKeepsTheOldValues)
+{
+    table->defdata.value[DefaultData::Delay][0] = 1;
+    const DefaultData before = table->defdata;
+    whileOpen<Defdata>("setdef", [](Defdata* dialog) {
+        QComboBox* delay = dialog->combo1(DefaultData::Delay);
+        // The short list of the BC250D family.
+        ASSERT_EQ(delay->count(), 2);
+        EXPECT_EQ(delay->itemText(0), "None");
+        EXPECT_EQ(delay->currentText(), "2");
+        delay->setCurrentIndex(0);
+        dialog->check1(DefaultData::Trunk)->click();
+        QTest::mouseClick(dialog->cancelButton(), Qt::LeftButton);
+    });
+    EXPECT_EQ(table->defdata.value, before.value);
+    EXPECT_EQ(table->defdata.enabled, before.enabled);
+
+    exitProgram();
+    DefaultData reread;
+    reread.value[DefaultData::Delay][0] = 0;
+    readDefaultData(reread, dir.path());
+    EXPECT_EQ(reread.value[DefaultData::Delay][0], 1);
+    EXPECT_EQ(reread.enabled[DefaultData::Trunk], 1);
+}
+
+TEST_F(SettingsWindowsTest, DefaultDataShowsEachFieldWithItsFlag)
+{
+    table->defdata.enabled = {1, 0, 1, 0, 1, 0, 1};
+    table->defdata.value[DefaultData::Tone][0] = 5;
+    Defdata dialog(*table, window.get());
+    for (int f = 0; f < DefaultData::FieldCount; ++f) {
+        SCOPED_TRACE(f);
+        const auto field = static_cast<DefaultData::Field>(f);
+        EXPECT_EQ(dialog.label1(f)->text().toStdString(), DefaultData::caption(field));
+        EXPECT_EQ(dialog.check1(f)->isChecked(), table->defdata.enabled[f] == 1);
+        // A field without a default cannot be chosen until its box is ticked.
+        EXPECT_EQ(dialog.combo1(f)->isEnabled(), table->defdata.enabled[f] == 1);
+        EXPECT_EQ(dialog.combo1(f)->count(), int(DefaultData::fieldList(field, 0).size()));
+    }
+    EXPECT_EQ(dialog.combo1(DefaultData::Tone)->currentText().toStdString(),
+              DefaultData::fieldList(DefaultData::Tone, 0)[5]);
+    dialog.check1(DefaultData::Delay)->click();
+    EXPECT_TRUE(dialog.combo1(DefaultData::Delay)->isEnabled());
+}
+
+} // namespace
+} // namespace kestra
