@@ -10,6 +10,7 @@
 #include "core/memtable.h"
 #include "core/settings.h"
 #include "core/setupfile.h"
+#include "editor/freqrules.h"
 
 #include "platform/qt/qtappfolder.h"
 #include "platform/qt/qtdialogs.h"
@@ -38,6 +39,7 @@ int main(int argc, char* argv[])
     kestra::Document doc;
     kestra::Grid grid;
     kestra::MemTable table(doc, settings, grid, {dialogs, profile, scheduler, folder});
+    kestra::installTableCheck(table);
 
     // The per-user folders and model switches, setup.ini (with the delays of a
     // USB converter named in com250.ini), then the check of the port number.

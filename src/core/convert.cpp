@@ -5,6 +5,8 @@
 #include "memtable.h"
 #include "text.h"
 
+#include "editor/freqrules.h"
+
 #include "platform/fake/virtualscheduler.h"
 
 namespace kestra {
@@ -26,6 +28,7 @@ bool convertMem(const ConvertRequest& request, Dialogs& dialogs, ProfileStore& p
     VirtualScheduler scheduler;
     AppFolder folder(request.folder);
     MemTable table(doc, settings, grid, {dialogs, profile, scheduler, folder});
+    installTableCheck(table);
 
     table.readProfile();
     table.readSettingsFiles();

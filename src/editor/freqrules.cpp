@@ -3,6 +3,7 @@
 #include "bandplan.h"
 
 #include "core/cellcodes.h"
+#include "core/memtable.h"
 #include "core/text.h"
 
 #include <cmath>
@@ -160,6 +161,14 @@ void checktable(Document& doc, const Settings& settings)
         const int trunkType = b < 10 ? static_cast<int>(IntVal(doc.trunkset[b].trunktype)) : 0;
         for (int r = 1; r <= kChannelRows; ++r) checkLine(doc.memdata[b][r], settings, doc.model, trunkType, stepSize);
     }
+}
+
+void installTableCheck(MemTable& table)
+{
+    table.saveCheck = [&table] {
+        checktable(table.doc(), table.settings());
+        table.fillgrid();
+    };
 }
 
 void applybandplan(Document& doc, const Settings& settings, int bank, int firstRow, int lastRow)

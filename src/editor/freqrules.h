@@ -53,6 +53,11 @@ std::optional<std::pair<int, int>> trunkRange(int type);
 // caller repaints the grid.
 void checktable(Document& doc, const Settings& settings);
 
+// Makes the table check the check that runs before every save and at the
+// way out, with the grid repainted from the checked store afterwards.
+class MemTable;
+void installTableCheck(MemTable& table);
+
 // Mode and step from the bandplan for the lines firstRow..lastRow of a bank
 // that have a frequency.
 void applybandplan(Document& doc, const Settings& settings, int bank, int firstRow, int lastRow);
