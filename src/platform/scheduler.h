@@ -42,6 +42,11 @@ public:
     // Runs whatever events are due now, then returns (a "DoEvents").
     virtual void processEvents() = 0;
 
+    // Lets time pass without running any handler: a busy wait that does not
+    // yield, for code that must wait for a device right where it stands (the
+    // rest of a reply line). What falls due meanwhile runs at the next yield.
+    virtual void pause(int ms) = 0;
+
     // The longest a single wait lasts.
     static constexpr double maxWaitSeconds = 5.0;
     static double clampWait(double seconds)

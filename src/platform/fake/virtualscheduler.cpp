@@ -117,6 +117,8 @@ VirtualScheduler::VirtualScheduler() : core_(std::make_shared<Core>()) {}
 
 VirtualScheduler::~VirtualScheduler() = default;
 
+void VirtualScheduler::pause(int ms) { core_->now += std::max(ms, 0); }
+
 std::int64_t VirtualScheduler::now() const
 {
     return core_->now;

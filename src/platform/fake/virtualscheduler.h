@@ -36,6 +36,9 @@ public:
     // Runs what is due at the present time, without moving the clock.
     void processEvents() override;
 
+    // Moves the clock on without running anything.
+    void pause(int ms) override;
+
     // Runs fn at virtual time atMs (at once, on the next run, when atMs is
     // already past). Events due at the same time run in the order they were
     // posted, and in order with timers that fall due at that time.

@@ -5,7 +5,9 @@
 #include <QThread>
 #include <QTimer>
 
+#include <chrono>
 #include <cmath>
+#include <thread>
 #include <memory>
 
 namespace kestra {
@@ -136,6 +138,11 @@ void QtScheduler::wait(double seconds)
             QThread::msleep(static_cast<unsigned long>(std::min<qint64>(left, 20)));
         }
     }
+}
+
+void QtScheduler::pause(int ms)
+{
+    if (ms > 0) std::this_thread::sleep_for(std::chrono::milliseconds(ms));
 }
 
 void QtScheduler::processEvents()

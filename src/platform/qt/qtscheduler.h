@@ -25,6 +25,7 @@ public:
     void wait(double seconds) override;
 
     void processEvents() override;
+    void pause(int ms) override;
 
 private:
     QElapsedTimer clock_;
