@@ -44,7 +44,9 @@ VirtualPort::VirtualPort(Scheduler& scheduler, std::shared_ptr<VirtualDevice> de
     notify_->setHandler([this] {
         pull();
         arm();
-        if (open_ && rThreshold_ >= 1 && onReceive_) onReceive_();
+        // Like a real port's receive event: raised while received text waits
+        // in the buffer, not for text that a reader already took.
+        if (open_ && rThreshold_ >= 1 && !buffer_.empty() && onReceive_) onReceive_();
     });
 }
 

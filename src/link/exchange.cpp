@@ -1,0 +1,262 @@
+#include "exchange.h"
+
+#include "vocabulary.h"
+
+#include "core/text.h"
+
+#include <algorithm>
+
+namespace kestra {
+
+ExchangeEngine::ExchangeEngine(SerialPort& port, Scheduler& scheduler, Dialogs& dialogs, Settings& settings,
+                               int comport, int baud, Caption caption)
+    : port_(port), scheduler_(scheduler), dialogs_(dialogs), settings_(settings), comport_(comport), baud_(baud),
+      caption_(caption)
+{
+    auto single = [this](std::function<void()> handler) {
+        auto t = scheduler_.createTimer();
+        t->setSingleShot(true);
+        t->setHandler(std::move(handler));
+        return t;
+    };
+    timer1_ = single([this] { watchdog(); });
+    timer3_ = single([this] {
+        if (hooks.endOfRun) hooks.endOfRun();
+    });
+    for (int i = 0; i < 11; ++i) {
+        timer2_[i] = single([this, i] {
+            if (hooks.readStep) hooks.readStep(i);
+        });
+        timer4_[i] = single([this, i] {
+            if (hooks.sendStep) hooks.sendStep(i);
+        });
+    }
+    auto call = [](const std::function<void()>& f) {
+        if (f) f();
+    };
+    timer6_ = single([this, call] { call(hooks.bankTags); });
+    timer7_ = single([this, call] { call(hooks.trunkTypes); });
+    timer11_ = single([this, call] { call(hooks.idListTags); });
+    timer12_ = single([this, call] { call(hooks.ids); });
+    timer13_ = single([this, call] { call(hooks.idTags); });
+    timer14_ = single([this, call] { call(hooks.idBeeps); });
+    port_.setOnReceive([this] { onReceive(); });
+}
+
+ExchangeEngine::~ExchangeEngine()
+{
+    port_.setOnReceive({});
+    port_.setRThreshold(0);
+}
+
+int ExchangeEngine::bk() const { return std::max(0, (chanid - 1) / 100); }
+int ExchangeEngine::ka() const { return std::max(0, chanid - bk() * 100); }
+
+double ExchangeEngine::commdelay() const
+{
+    if (baud_ == 4800) return settings_.delay3 / 1000.0;
+    if (baud_ == 9600) return settings_.delay2 / 1000.0;
+    return settings_.delay1 / 1000.0;
+}
+
+void ExchangeEngine::setDelay(int ms) { settings_.delay1 = std::clamp(ms, 25, 1000); }
+
+void ExchangeEngine::defaultDelay()
+{
+    if (baud_ >= 19200) setDelay(100);
+}
+
+std::string ExchangeEngine::portSettings() const { return std::to_string(baud_) + ",n,8,1"; }
+
+bool ExchangeEngine::openport()
+{
+    port_.setCommPort(comport_);
+    port_.setSettings(portSettings());
+    if (port_.open() != SerialPort::OpenResult::Ok) {
+        dialogs_.message("The selected comport is already in use or not available in your system!");
+        return false;
+    }
+    return true;
+}
+
+void ExchangeEngine::reopenport()
+{
+    port_.setCommPort(comport_);
+    port_.setSettings(portSettings());
+    if (port_.isOpen()) port_.close();
+    port_.close();
+    port_.open();
+}
+
+void ExchangeEngine::sendline(const std::string& text) { port_.output(text + wire::kCrLf); }
+
+std::string ExchangeEngine::openForm(int bc785d)
+{
+    if (settings_.delay1 < 25) settings_.delay1 = 25;
+    openport();
+    port_.input();
+    rxdata.clear();
+    port_.setRThreshold(0);
+    for (const std::string& line : {wire::exitKey(bc785d), wire::selectChannel(1), std::string(wire::kWakeUp[0]),
+                                    std::string(wire::kWakeUp[1]), std::string(wire::kWakeUp[2]), wire::selectChannel(1)}) {
+        sendline(line);
+        wait(commdelay());
+    }
+    port_.input();
+    sendline(wire::kVersion);
+    wait(commdelay());
+    sendline(wire::kModel);
+    wait(commdelay());
+    modelWord = port_.input();
+    rxdata.clear();
+    setDelay(settings_.delay1);
+    return modelWord;
+}
+
+void ExchangeEngine::enableTimer(Timer& timer, int interval)
+{
+    timer.setInterval(interval);
+    timer.setEnabled(true);
+}
+
+void ExchangeEngine::sendWatched(const std::string& text)
+{
+    enableTimer(*timer1_, kWatchdogMs);
+    sendline(text);
+}
+
+void ExchangeEngine::sendSelect()
+{
+    status.text4 = wire::channel3(chanid);
+    setProgressChannel(chanid);
+    sendWatched(wire::selectChannel(chanid));
+}
+
+void ExchangeEngine::onReceive()
+{
+    status.text5 = std::to_string(commstate);
+    timer1_->setEnabled(false);
+
+    // The rest of the line is awaited right here, without yielding.
+    const std::int64_t start = scheduler_.now();
+    for (;;) {
+        rxdata += port_.input();
+        if (scheduler_.now() - start > kCrlfTimeoutMs) {
+            dialogs_.message("CRLF timeout _ check baudrate / comport settings.");
+            stopxfer();
+            return;
+        }
+        if (!rxdata.empty() && rxdata.back() == '\r') break;
+        scheduler_.pause(1);
+    }
+    if (contains(rxdata, "ERR") && (commstate < 21 || commstate >= 38)) status.text5 = "???";
+
+    const int delay = stepDelay();
+    switch (commstate) {
+    case 1: case 2: case 3: case 4: case 5: case 6: enableTimer(*timer2_[commstate - 1], delay); break;
+    case 7: case 11: case 12: finishChannel(); break;
+    case 8: case 9: case 10: enableTimer(*timer2_[commstate - 1], delay); break;
+    case 15: rxdata.clear(); break;
+    case 20: case 21: case 22: case 23: case 24: case 25: case 26: case 27: case 28: case 29:
+        rxdata.clear();
+        enableTimer(*timer4_[commstate - 20], delay);
+        break;
+    case 30:
+        wait(commdelay());
+        rxdata.clear();
+        retrycount = 0;
+        if (hooks.senddata) hooks.senddata();
+        break;
+    case 33: enableTimer(*timer6_, delay); break;
+    case 34: enableTimer(*timer7_, delay); break;
+    case 35: enableTimer(*timer11_, delay); break;
+    case 36: enableTimer(*timer12_, delay); break;
+    case 37: enableTimer(*timer13_, 25); break;
+    case 38: enableTimer(*timer14_, 500); break;
+    default: break;
+    }
+}
+
+void ExchangeEngine::finishChannel()
+{
+    const int state = commstate;
+    status.text3 = rxdata;
+    if (hooks.finishChannel) hooks.finishChannel(state);
+    commstate = 1;
+    rxdata.clear();
+    ++chanid;
+    retrycount = 0;
+    if (chanid <= endchan) {
+        if (hooks.log) hooks.log(std::to_string(state) + " MA" + wire::channel3(chanid));
+        sendSelect();
+    } else {
+        port_.setRThreshold(0);
+        status.progress = 0;
+        if (hooks.runOver) hooks.runOver();
+    }
+}
+
+void ExchangeEngine::endRun() { enableTimer(*timer3_, 1); }
+
+void ExchangeEngine::watchdog()
+{
+    timer1_->setEnabled(false);
+    commstate = 15;
+    port_.setRThreshold(0);
+    ++retrycount;
+    if (retrycount > 2) status.text3 = "Error: retrycount: " + std::to_string(retrycount);
+    status.text5 = std::to_string(retrycount);
+    if (retrycount >= 10) {
+        dialogs_.message("Communication Timeout. Please check if scanner is switched on/connected/in remote mode.",
+                         "Error");
+        port_.close();
+        stopxfer();
+        return;
+    }
+    port_.close();
+    port_.open();
+    sendline("");
+    wait(0.2);
+    sendline("");
+    wait(0.2);
+    port_.input();
+    port_.setRThreshold(1);
+    // The channel named in the status field starts again from its first
+    // command ("000" is channel 1000).
+    int shown = static_cast<int>(IntVal(status.text4));
+    if (shown == 0) shown = 1000;
+    rxdata.clear();
+    if (caption_ == Caption::ReadData) {
+        commstate = 1;
+        chanid = shown;
+        sendWatched(wire::selectChannel(chanid));
+    } else {
+        commstate = 20;
+        chanid = std::max(shown - 1, 0);
+        enableTimer(*timer1_, kWatchdogMs);
+        if (hooks.senddata) hooks.senddata();
+    }
+}
+
+void ExchangeEngine::stopxfer()
+{
+    stopflag = 1;
+    port_.setRThreshold(0);
+    retrycount = 0;
+    timer1_->setEnabled(false);
+    timer11_->setEnabled(false);
+    timer12_->setEnabled(false);
+    for (auto& t : timer2_) t->setEnabled(false);
+    for (auto& t : timer4_) t->setEnabled(false);
+    if (port_.isOpen()) port_.close();
+    port_.open();
+    if (hooks.stopped) hooks.stopped();
+}
+
+void ExchangeEngine::setProgressChannel(int channel)
+{
+    if (progend == progstart) return;
+    status.progress = std::clamp((channel - progstart) * 100 / (progend - progstart), 0, 100);
+}
+
+} // namespace kestra
