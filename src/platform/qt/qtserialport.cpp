@@ -1,0 +1,79 @@
+#include "platform/qt/qtserialport.h"
+
+namespace kestra {
+
+QtSerialPort::QtSerialPort(std::string device, QObject* parent) : QObject(parent), device_(std::move(device))
+{
+    connect(&serial_, &QSerialPort::readyRead, this, &QtSerialPort::readyRead);
+}
+
+QtSerialPort::~QtSerialPort() { close(); }
+
+SerialPort::OpenResult QtSerialPort::open()
+{
+    if (serial_.isOpen()) return OpenResult::Ok;
+    const int baud = baudOf(settings_);
+    if (baud <= 0) return OpenResult::BadSettings;
+    serial_.setPortName(QString::fromStdString(device_));
+    if (!serial_.open(QIODevice::ReadWrite)) {
+        const auto error = serial_.error();
+        serial_.clearError();
+        return error == QSerialPort::DeviceNotFoundError ? OpenResult::NoSuchPort : OpenResult::InUse;
+    }
+    serial_.setBaudRate(baud);
+    serial_.setDataBits(QSerialPort::Data8);
+    serial_.setParity(QSerialPort::NoParity);
+    serial_.setStopBits(QSerialPort::OneStop);
+    serial_.setFlowControl(QSerialPort::NoFlowControl);
+    buffer_.clear();
+    return OpenResult::Ok;
+}
+
+void QtSerialPort::close()
+{
+    if (serial_.isOpen()) serial_.close();
+    buffer_.clear();
+}
+
+void QtSerialPort::pull()
+{
+    if (!serial_.isOpen()) return;
+    // Take what the device has without waiting and without raising the
+    // receive event from in here.
+    pulling_ = true;
+    serial_.waitForReadyRead(0);
+    const QByteArray bytes = serial_.readAll();
+    pulling_ = false;
+    buffer_.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+}
+
+void QtSerialPort::readyRead()
+{
+    if (pulling_) return;
+    const QByteArray bytes = serial_.readAll();
+    buffer_.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    if (rThreshold_ >= 1 && !buffer_.empty() && onReceive_) onReceive_();
+}
+
+std::string QtSerialPort::input()
+{
+    pull();
+    std::string text;
+    text.swap(buffer_);
+    return text;
+}
+
+std::size_t QtSerialPort::inBufferCount() const
+{
+    const_cast<QtSerialPort*>(this)->pull();
+    return buffer_.size();
+}
+
+void QtSerialPort::output(const std::string& text)
+{
+    if (!serial_.isOpen()) return;
+    serial_.write(text.data(), static_cast<qint64>(text.size()));
+    serial_.flush();
+}
+
+} // namespace kestra
