@@ -11,6 +11,7 @@
 #include "core/settings.h"
 #include "core/setupfile.h"
 #include "editor/freqrules.h"
+#include "link/portsetup.h"
 
 #include "platform/qt/qtappfolder.h"
 #include "platform/qt/qtdialogs.h"
@@ -45,13 +46,10 @@ int main(int argc, char* argv[])
     // USB converter named in com250.ini), then the check of the port number.
     table.readProfile();
     table.readSettingsFiles();
+    // A port number out of 1..19 is told, and the program goes on: the Rs232
+    // setup is where the user puts it right.
     const kestra::ComSettings com = kestra::readCom250(folder.path());
-    if (com.port < 1 || com.port > 19) {
-        dialogs.message("The comport setting in the communication .ini file is wrong. Value is set at: " +
-                        std::to_string(com.port) +
-                        ". Value must be between 1 and 19. Please run the commmunication setup program.");
-        return 1;
-    }
+    if (const std::string message = kestra::comportMessage(com.port); !message.empty()) dialogs.message(message);
 
     kestra::Memtab memtab(table, folder);
     dialogs.setParentWidget(&memtab);
