@@ -101,7 +101,9 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
 Qt::ItemFlags GridModel::flags(const QModelIndex& index) const
 {
     if (!index.isValid()) return Qt::NoItemFlags;
-    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable;
+    // Cells are not edited through the view's own editors: the window types
+    // into its box Text1 and changes list cells by key.
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable;
 }
 
 void GridModel::reload()

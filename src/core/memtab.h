@@ -1,22 +1,30 @@
 #pragma once
 // The main window memtab: the menus, the two toolbars, the help bar, the bank
 // tabs tabbed1, the frame label, the grid memtabel and the status bar
-// StatusBar1 with the progress bar prstatus. The window holds the controls and
-// calls MemTable for everything the menus and tabs do.
+// StatusBar1 with the progress bar prstatus, and above the tabs the top frame
+// with the Smart Info bar and the list and Easy Tag combos. Typing into the
+// grid opens the in-place text box Text1. The window holds the controls and
+// calls MemTable and CellEntry for everything the menus, tabs and keys do.
 
 #include "core/memtable.h"
 #include "core/reffiles.h"
+#include "editor/cellentry.h"
+#include "editor/frequencyentry.h"
 
 #include "platform/appfolder.h"
 
 #include <QMainWindow>
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 class QAction;
 class QActionGroup;
+class QComboBox;
+class QKeyEvent;
+class QLineEdit;
 class QFrame;
 class QLabel;
 class QMenu;
@@ -60,6 +68,16 @@ public:
     QLabel* filePanel() const { return panelFile_; }
     QProgressBar* prstatus() const { return prstatus_; }
     QWidget* helpbar() const { return helpbar_; }
+    CellEntry& cellEntry() { return *cellEntry_; }
+    // The in-place text box over the cell being typed into.
+    QLineEdit* text1() const { return text1_; }
+    // The top frame: the Smart Info bar with its title and text, and the combos.
+    QWidget* topFrame() const { return topFrame_; }
+    QWidget* smartBar() const { return smartBar_; }
+    QLabel* smartTitle() const { return smartTitle_; }
+    QLabel* smartText() const { return smartText_; }
+    QComboBox* textcombo() const { return textcombo_; }
+    QComboBox* bankcombo(int bank) const { return bank >= 0 && bank < 10 ? bankcombos_[bank] : nullptr; }
 
     // A menu entry by its control name (the first when the name is an array).
     QAction* action(const std::string& name) const;
@@ -79,6 +97,7 @@ public:
     void bankChanged() override;
     void setBusy(bool busy) override;
     void commitEdit() override;
+    void easyTagsRebuilt() override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -88,6 +107,7 @@ private:
     void buildToolbars();
     void buildCentral();
     void buildStatusBar();
+    QWidget* buildTopFrame(QWidget* parent);
 
     QAction* addEntry(QMenu* menu, const char* name, const char* caption, bool enabled = false);
     QMenu* addSubmenu(QMenu* parentMenu, const char* name, const char* caption, bool enabled = true);
@@ -101,6 +121,19 @@ private:
     void updateChannelPanel();
     void applyColumnWidths();
     void layoutColumnsChanged();
+    void updateTopFrame();      // what shows of the top frame by the settings smart and option9
+    void updateSmartInfo();
+    void fillListCombos();      // the lists of the model
+    void syncListCombos();      // the combo of the active column shows the cell's value
+
+    // Cell entry.
+    bool gridKey(QKeyEvent* event);
+    void gridDoubleClicked(int row, int col);
+    void openText1();
+    void placeText1();
+    void closeText1(bool keep, bool moveOn);
+    void listChosen(int storeColumn, QComboBox* combo);
+    void tagChosen(QComboBox* combo);
 
     // Handlers.
     void onTabChanged(int index);
@@ -118,11 +151,17 @@ private:
     void menuSoftOptions();
     void menuSetupDefaultData();
     void menuResetTableWidth();
+    void menuCheckTable();
+    void menuBandplanCurrentBank();
+    void menuBandplanAllBanks();
+    void showShortcuts();
     void afterFileCommand();
 
     MemTable& table_;
     AppFolder folder_;
     GridModel* model_ = nullptr;
+    std::unique_ptr<FrequencyEntry> frequency_;
+    std::unique_ptr<CellEntry> cellEntry_;
 
     QTableView* memtabel_ = nullptr;
     QTabBar* tabbed1_ = nullptr;
@@ -137,6 +176,19 @@ private:
     QWidget* panelProgress_ = nullptr;
     QProgressBar* prstatus_ = nullptr;
     QActionGroup* bankGroup_ = nullptr;
+    QLineEdit* text1_ = nullptr;
+    QWidget* topFrame_ = nullptr;
+    QWidget* smartBar_ = nullptr;
+    QLabel* smartTitle_ = nullptr;
+    QLabel* smartText_ = nullptr;
+    QWidget* easyTags_ = nullptr;
+    QComboBox* combostep_ = nullptr;
+    QComboBox* modecombo_ = nullptr;
+    QComboBox* delaycombo_ = nullptr;
+    QComboBox* ctc_ = nullptr;
+    QComboBox* dcsc_ = nullptr;
+    QComboBox* textcombo_ = nullptr;
+    QComboBox* bankcombos_[10] = {};
 
     std::map<std::string, QAction*> actions_;
     std::map<std::string, std::vector<QAction*>> arrays_;
@@ -144,6 +196,7 @@ private:
     int busy_ = 0;
     bool tabSync_ = false;
     bool unloaded_ = false;
+    bool closingText1_ = false;
 };
 
 } // namespace kestra

@@ -1,0 +1,334 @@
+// Cell entry on the real main window: keys typed into the grid memtabel as a
+// user types them, the text box Text1, the top frame's Smart Info and combos,
+// the Keyboard Shortcuts window and the check commands of the Options menu.
+
+#include "core/gridmodel.h"
+#include "core/memtab.h"
+#include "core/memtable.h"
+
+#include "platform/fake/memoryprofilestore.h"
+#include "platform/fake/scripteddialogs.h"
+#include "platform/fake/virtualscheduler.h"
+
+#include "support/testfiles.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTableView>
+#include <QTest>
+#include <QToolBar>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+namespace kestra {
+namespace {
+
+class CellEntryWindowTest : public ::testing::Test {
+protected:
+    // Builds the window for a model, with the settings changed before Form Load.
+    void start(Model model, const std::function<void(Settings&)>& configure = {})
+    {
+        table = std::make_unique<MemTable>(doc, settings, grid,
+                                           MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
+        table->readProfile();
+        doc.model = ModelSwitches::of(model);
+        if (configure) configure(settings);
+        window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
+        window->formLoad();
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    }
+
+    void TearDown() override
+    {
+        window.reset();
+        table.reset();
+    }
+
+    QTableView* view() const { return window->memtabel(); }
+    int column(int storeColumn) const { return gridColumnOfStore(doc.model.bc785d, storeColumn); }
+    QString shown(int row, int storeColumn) const
+    {
+        return window->gridModel()->data(window->gridModel()->indexOfCell(row, column(storeColumn))).toString();
+    }
+    void select(int row, int storeColumn)
+    {
+        view()->setCurrentIndex(window->gridModel()->indexOfCell(row, column(storeColumn)));
+    }
+    // Types into the grid on a cell, each key to the grid, then Enter.
+    void typeInto(int row, int storeColumn, const char* keys)
+    {
+        select(row, storeColumn);
+        QTest::keyClicks(view(), keys);
+        QTest::keyClick(view(), Qt::Key_Return);
+    }
+    QComboBox* combo(const char* name) const { return window->findChild<QComboBox*>(name); }
+    // What a user's choice in a combo does.
+    static void choose(QComboBox* box, const QString& text)
+    {
+        const int at = box->findText(text);
+        ASSERT_GE(at, 0) << text.toStdString();
+        box->setCurrentIndex(at);
+        emit box->activated(at);
+    }
+
+    test::TempDir dir;
+    ScriptedDialogs dialogs;
+    MemoryProfileStore profile;
+    VirtualScheduler scheduler;
+    Settings settings;
+    Document doc;
+    Grid grid;
+    std::unique_ptr<MemTable> table;
+    std::unique_ptr<Memtab> window;
+};
+
+// ---- Text1 -------------------------------------------------------------------------------------
+
+TEST_F(CellEntryWindowTest, TypedFrequenciesMeetTheLimitsAndMoveToTheNextChannel)
+{
+    start(Model::BC250D);
+    typeInto(1, col::freq, "24.9");
+    EXPECT_EQ(shown(1, col::freq), "0025.0000");
+    EXPECT_EQ(grid.selection().row, 2);   // Enter went on to the next channel
+    EXPECT_FALSE(window->text1()->isVisible());
+    typeInto(2, col::freq, "700");
+    EXPECT_EQ(shown(2, col::freq), "0512.0000");
+    EXPECT_TRUE(doc.dirty);
+
+    settings.zero = 1;
+    typeInto(3, col::freq, "24.9");
+    EXPECT_EQ(shown(3, col::freq), "25.0000");
+}
+
+TEST_F(CellEntryWindowTest, FrequencyOnThe625RasterKeepsItsDigitsAndSetsTheStep)
+{
+    start(Model::BC796D);
+    ASSERT_EQ(window->gridModel()->columnCount(), 11);
+    typeInto(4, col::freq, "155.0062");
+    EXPECT_EQ(shown(4, col::freq), "0155.0062");
+    EXPECT_EQ(shown(4, col::step), "6.25");
+}
+
+TEST_F(CellEntryWindowTest, FrequencyIsRoundedToTheBandStep)
+{
+    start(Model::BC250D, [](Settings& s) {
+        s.bandplan = 1;
+        s.round = 1;
+    });
+    typeInto(1, col::freq, "146.007");
+    EXPECT_EQ(shown(1, col::freq), "0146.0050");
+    EXPECT_EQ(shown(1, col::mode), "FM");
+    EXPECT_EQ(shown(1, col::step), "5.0");
+}
+
+TEST_F(CellEntryWindowTest, TheBoxOpensOverTheCellEscapeDropsItAndAClickElsewhereKeepsIt)
+{
+    start(Model::BC250D);
+    grid.setText(6, column(col::freq), "0146.5200");
+    doc.dirty = false;
+    select(6, col::freq);
+    QTest::keyClick(view(), Qt::Key_9);
+    QLineEdit* box = window->text1();
+    ASSERT_TRUE(box->isVisible());
+    EXPECT_EQ(box->text(), "0146.52009");   // the cell's text and the key typed
+    EXPECT_EQ(box->geometry(), view()->visualRect(window->gridModel()->indexOfCell(6, column(col::freq))));
+
+    QTest::keyClick(view(), Qt::Key_Escape);
+    EXPECT_FALSE(box->isVisible());
+    EXPECT_EQ(shown(6, col::freq), "0146.5200");
+    EXPECT_EQ(grid.selection().row, 6);
+    EXPECT_FALSE(doc.dirty);
+
+    // A click elsewhere in the grid closes the box into its cell and leaves the current cell where it was clicked.
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    select(7, col::freq);
+    QTest::keyClicks(view(), "146.5");
+    ASSERT_TRUE(box->hasFocus());
+    const QRect other = view()->visualRect(window->gridModel()->indexOfCell(9, column(col::tag)));
+    QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, other.center());
+    EXPECT_FALSE(box->isVisible());
+    EXPECT_EQ(shown(7, col::freq), "0146.5000");
+    EXPECT_EQ(grid.selection(), (GridSelection{9, column(col::tag), 9, column(col::tag)}));
+
+    // Letters in a list column open no box.
+    select(6, col::mode);
+    QTest::keyClicks(view(), "xyz");
+    EXPECT_FALSE(box->isVisible());
+    EXPECT_EQ(grid.selection().row, 6);   // and they are no search in the grid either
+}
+
+TEST_F(CellEntryWindowTest, TagsFeedTheEasyTagCombosAndTheirChoiceFillsTheSelection)
+{
+    start(Model::BC250D, [](Settings& s) { s.option9 = 1; });
+    ASSERT_TRUE(window->textcombo()->isVisible());
+    EXPECT_TRUE(window->bankcombo(0)->isVisible());
+    EXPECT_FALSE(window->bankcombo(1)->isVisible());
+
+    typeInto(1, col::tag, "Police");
+    typeInto(2, col::tag, "Fire");
+    EXPECT_EQ(grid.selection().row, 3);
+    EXPECT_EQ(window->textcombo()->count(), 2);
+    EXPECT_EQ(window->textcombo()->itemText(1), "Fire");
+    EXPECT_EQ(window->bankcombo(0)->count(), 2);
+    EXPECT_EQ(window->bankcombo(3)->count(), 0);
+
+    grid.setSelection({5, 1, 3, 1});
+    choose(window->textcombo(), "Police");
+    EXPECT_EQ(shown(3, col::tag), "Police");
+    EXPECT_EQ(shown(5, col::tag), "Police");
+    EXPECT_EQ(shown(6, col::tag), "");
+}
+
+// ---- list columns ---------------------------------------------------------------------------------
+
+TEST_F(CellEntryWindowTest, KeyLLocksOutTheToneAndTheToneComboFollows)
+{
+    start(Model::BC250D);
+    grid.setText(2, column(col::tone), "100.0");
+    select(2, col::tone);
+    EXPECT_EQ(window->smartTitle()->text(), "PL/DPL:");
+    QTest::keyClick(view(), Qt::Key_L);
+    EXPECT_EQ(shown(2, col::tone), "100.0-");
+    EXPECT_EQ(combo("ctc")->currentText(), "100.0");
+    QTest::keyClick(view(), Qt::Key_L);
+    EXPECT_EQ(shown(2, col::tone), "100.0");
+    QTest::keyClick(view(), Qt::Key_Plus, Qt::KeypadModifier);
+    EXPECT_EQ(shown(2, col::tone), "141.3");
+    EXPECT_TRUE(doc.dirty);
+}
+
+TEST_F(CellEntryWindowTest, SpaceAndDoubleClickScrollTheShortDelayList)
+{
+    start(Model::BC250D);
+    select(3, col::delay);
+    EXPECT_EQ(window->smartTitle()->text(), "Delay:");
+    QTest::keyClick(view(), Qt::Key_Space);
+    EXPECT_EQ(shown(3, col::delay), "None");
+    QTest::keyClick(view(), Qt::Key_Space);
+    EXPECT_EQ(shown(3, col::delay), "2");
+    QTest::keyClick(view(), Qt::Key_Space);
+    EXPECT_EQ(shown(3, col::delay), "None");
+    QTest::keyClick(view(), Qt::Key_Space, Qt::ShiftModifier);
+    EXPECT_EQ(shown(3, col::delay), "2");
+
+    const QRect cell = view()->visualRect(window->gridModel()->indexOfCell(3, column(col::delay)));
+    // A double click: the first click's press and release, then the double click.
+    QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, cell.center());
+    QTest::mouseDClick(view()->viewport(), Qt::LeftButton, {}, cell.center());
+    EXPECT_EQ(shown(3, col::delay), "None");
+    EXPECT_FALSE(window->text1()->isVisible());
+    EXPECT_EQ(combo("delaycombo")->count(), 2);
+}
+
+TEST_F(CellEntryWindowTest, ListCombosWriteEverySelectedRowAndFollowTheModel)
+{
+    start(Model::BC250D);
+    EXPECT_EQ(combo("combostep")->findText("6.25"), -1);
+    grid.setSelection({2, column(col::freq), 4, column(col::tag)});
+    choose(combo("combostep"), "Auto");
+    choose(combo("dcsc"), "754");
+    for (int row = 1; row <= 5; ++row) {
+        SCOPED_TRACE(row);
+        const bool selected = row >= 2 && row <= 4;
+        EXPECT_EQ(shown(row, col::step), selected ? "Auto" : "");
+        EXPECT_EQ(shown(row, col::tone), selected ? "754" : "");
+    }
+
+    table->setModel(ModelSwitches::of(Model::BC296D));
+    EXPECT_GE(combo("combostep")->findText("6.25"), 0);
+}
+
+// ---- the top frame and help ------------------------------------------------------------------------
+
+TEST_F(CellEntryWindowTest, SmartInfoNamesTheActiveColumnWhileItIsOn)
+{
+    start(Model::BC785D);
+    select(1, col::freq);
+    EXPECT_EQ(window->smartTitle()->text(), "Frequency");
+    EXPECT_EQ(window->smartText()->text(), "Enter frequency. Use <ENTER> to jump to next channel.");
+    select(1, col::record);
+    EXPECT_EQ(window->smartTitle()->text(), "Record output:");
+    select(1, col::delay);
+    EXPECT_EQ(window->smartTitle()->text(), "Delay Time:");
+    EXPECT_TRUE(window->smartBar()->isVisible());
+    EXPECT_FALSE(window->textcombo()->isVisible());
+}
+
+TEST_F(CellEntryWindowTest, SmartInfoOffHidesItsBarButNotTheLists)
+{
+    start(Model::BC785D, [](Settings& s) { s.smart = 0; });
+    EXPECT_FALSE(window->smartBar()->isVisible());
+    EXPECT_TRUE(combo("combostep")->isVisible());
+}
+
+TEST_F(CellEntryWindowTest, KeyboardShortcutsWindowListsTheKeys)
+{
+    start(Model::BC250D);
+    QAction* entry = window->action("shortkey");
+    ASSERT_TRUE(entry->isEnabled());
+    entry->trigger();
+    auto* dialog = window->findChild<QDialog*>("shortcuts");
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->windowTitle(), "Keyboard Shortcuts");
+    EXPECT_EQ(dialog->findChild<QLabel*>("Label1")->text(),
+              "You can use these keyboard shortcuts,\n"
+              "depending on which column is active:\n"
+              "A = AM \nF = FM \nM = FM \nN = NFM \nW = WFM \n"
+              "CTRL + D = shift channel down \nCTRL + U = shift channel up \n"
+              "0 = Off \nF = Off \n1 = On \nN = On \n"
+              "Space = toggle data\nSpace = scroll list up\nShift-Space = scroll list down\n"
+              "L = toggle CTCSS/DCS lockout on/off");
+    dialog->close();
+}
+
+// ---- the check commands --------------------------------------------------------------------------
+
+TEST_F(CellEntryWindowTest, CheckDataInTableMovesALoadedFrequencyOutOfTheGap)
+{
+    start(Model::BC250D, [](Settings& s) { s.bandplan = 0; });
+    test::HandMadeMem mem;
+    mem.channels = {{4, test::channelLine(4, {"1000.0000", "Far", "0", "0", "0", "0", "0", "0", "0", "0", "0", "0"})}};
+    const std::string path = dir.file("gap.mem");
+    test::writeBytes(path, mem.text());
+    dialogs.files.push_back(path);
+    window->action("tabopen")->trigger();
+    ASSERT_EQ(shown(4, col::freq), "1000.0000");
+    EXPECT_FALSE(doc.dirty);
+
+    // The toolbar button and the menu entry are one command.
+    QAction* button = nullptr;
+    for (QAction* a : window->toolbar2()->actions())
+        if (a->toolTip() == "Check data is valid") button = a;
+    ASSERT_NE(button, nullptr);
+    ASSERT_TRUE(button->isEnabled());
+    button->trigger();
+    EXPECT_EQ(shown(4, col::freq), "0956.0000");
+    EXPECT_EQ(shown(4, col::tag), "Far");
+    EXPECT_TRUE(doc.dirty);
+}
+
+TEST_F(CellEntryWindowTest, BandplanOfTheCurrentBankTakesTheSelectedRows)
+{
+    start(Model::BC250D, [](Settings& s) { s.bandplan = 1; });
+    for (int row = 1; row <= 3; ++row) {
+        grid.setText(row, column(col::freq), "0120.0000");
+        grid.setText(row, column(col::mode), "FM");
+    }
+    grid.setSelection({1, 1, 2, 1});
+    window->action("runband1")->trigger();
+    EXPECT_EQ(shown(1, col::mode), "AM");
+    EXPECT_EQ(shown(2, col::mode), "AM");
+    EXPECT_EQ(shown(3, col::mode), "FM");
+    window->action("runband2")->trigger();
+    EXPECT_EQ(shown(3, col::mode), "AM");
+}
+
+} // namespace
+} // namespace kestra
