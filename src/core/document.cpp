@@ -72,7 +72,7 @@ void Document::clearstores()
     defaultPriorityChannels();
 }
 
-void Document::clearbank(int bank)
+void Document::emptyChannels(int bank)
 {
     if (bank < 0 || bank >= kBandplanBank) return;
     for (int r = 1; r <= kChannelRows; ++r) {
@@ -81,6 +81,12 @@ void Document::clearbank(int bank)
         line[col::freq] = "Empty";
         for (int c = 2; c < kCellColumns; ++c) line[c] = " ";
     }
+}
+
+void Document::clearbank(int bank)
+{
+    if (bank < 0 || bank >= kBandplanBank) return;
+    emptyChannels(bank);
     for (auto& row : srcdata)
         for (int c = 0; c <= 4; ++c) row[c].clear();
 }

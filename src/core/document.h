@@ -80,6 +80,9 @@ struct Document {
     void clearstores();
     // Every channel of one bank empty ("Empty"); does nothing for bank 12.
     void clearbank(int bank);
+    // Every channel of one bank "Empty", its other cells " " (the search
+    // ranges are left alone). Does nothing for bank 12.
+    void emptyChannels(int bank);
     // priochan[b] = b * 100 + 1.
     void defaultPriorityChannels();
     // "Bank: 1" ... "Bank: 10", "Dummy", "Search" (start-up) or "Bank 1" ... (File > New).

@@ -74,6 +74,17 @@ void VirtualPort::close()
     notify_->setEnabled(false);
 }
 
+void VirtualPort::setRThreshold(int threshold)
+{
+    rThreshold_ = threshold;
+    if (threshold < 1 || !open_) return;
+    pull();
+    if (!buffer_.empty()) {
+        notify_->setInterval(1);
+        notify_->setEnabled(true);
+    }
+}
+
 void VirtualPort::pull() const
 {
     const std::int64_t now = scheduler_.now() * 1000;

@@ -58,7 +58,9 @@ public:
     void close() override;
     bool isOpen() const override { return open_; }
 
-    void setRThreshold(int threshold) override { rThreshold_ = threshold; }
+    // Raising the threshold while text waits in the buffer raises the receive
+    // event soon after, as a real port keeps raising it while text waits.
+    void setRThreshold(int threshold) override;
     int rThreshold() const override { return rThreshold_; }
 
     std::string input() override;

@@ -1,0 +1,371 @@
+#include "readpipeline.h"
+
+#include "portsetup.h"
+#include "vocabulary.h"
+
+#include "core/text.h"
+
+#include <algorithm>
+
+namespace kestra {
+
+namespace {
+// The step commands of a channel after its "MA": steps 2 to 7.
+std::string stepCommand(int step, int chanid)
+{
+    switch (step) {
+    case 2: return wire::kReadMode;
+    case 3: return wire::kReadDelay;
+    case 4: return wire::readBeep(chanid);
+    case 5: return wire::kReadStep;
+    case 6: return wire::readTag(chanid);
+    default: return wire::kReadSubtone;
+    }
+}
+} // namespace
+
+ReadPipeline::ReadPipeline(ExchangeEngine& engine, Document& doc, Dialogs& dialogs, Scheduler& scheduler,
+                           std::filesystem::path folder)
+    : engine_(engine), doc_(doc), dialogs_(dialogs), scheduler_(scheduler), folder_(std::move(folder))
+{
+    auto& h = engine_.hooks;
+    h.readStep = [this](int index) { step(index); };
+    h.finishChannel = [this](int state) { decode(state); };
+    h.runOver = [this] { chainAfterChannels(); };
+    h.endOfRun = [this] { endOfRun(); };
+    h.bankTags = [this] { tagReply(); };
+    h.trunkTypes = [this] { trunkTypeReply(); };
+    h.log = [this](const std::string& line) { log(line); };
+}
+
+ReadPipeline::~ReadPipeline() { engine_.hooks = {}; }
+
+void ReadPipeline::log(const std::string& line)
+{
+    if (rxdat_.is_open()) rxdat_ << line << "\r\n";
+}
+
+int ReadPipeline::trunkTypeOfWord(std::string_view reply)
+{
+    static constexpr std::pair<const char*, int> words[] = {{"E2-8", 1}, {"TYPE", 2}, {"E2-9", 3}, {"E2-U", 4},
+                                                            {"E2-V", 5}, {"EDCS W", 6}, {"EDCS N", 7}, {"LT", 8},
+                                                            {"EDCS S", 9}};
+    for (const auto& [word, type] : words)
+        if (contains(reply, word)) return type;
+    return 0;
+}
+
+std::vector<std::string> ReadPipeline::combo1Lines() const
+{
+    std::vector<std::string> lines;
+    for (int b = 0; b < 10; ++b) {
+        std::string line = std::to_string(b * 100 + 1) + " - " + std::to_string(b * 100 + 100) + " / " + std::to_string(b + 1);
+        if (tagsread) line += " / " + tags[b];
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+// ---- opening: bank tags, then trunk types ----
+
+void ReadPipeline::open()
+{
+    tagsread = false;
+    overruns_ = 0;
+    readTags();
+}
+
+void ReadPipeline::readTags()
+{
+    SerialPort& port = engine_.port();
+    port.input();
+    engine_.rxdata.clear();
+    engine_.commstate = 33;
+    counter_ = 0;
+    port.setRThreshold(0);
+    engine_.sendline(wire::readBankTag(0));
+    engine_.wait(engine_.stepDelay() / 1000.0);
+    engine_.sendline(wire::readBankTag(1));
+    engine_.wait(engine_.stepDelay() / 1000.0);
+    nextLetter_ = 2;
+    port.setRThreshold(1);
+}
+
+void ReadPipeline::tagReply()
+{
+    engine_.commstate = 33;
+    ++counter_;
+    engine_.status.text3 = "Read Bank Names/ " + std::to_string(counter_);
+    const std::string& rx = engine_.rxdata;
+    if (contains(rx, "TA B A ") && contains(rx, "TA B J ")) {
+        engine_.status.text3 = "Names Read Ok";
+        tagsread = true;
+        for (int b = 0; b < 10; ++b) {
+            std::string tag = wire::decodeBankTag(rx, b).value_or("");
+            if (tag.empty()) tag = "_";
+            std::replace(tag.begin(), tag.end(), ',', ';');
+            tags[b] = tag;
+        }
+        readTrunkTypes();
+        return;
+    }
+    if (counter_ > 11) {
+        if (++overruns_ == 1) {
+            readTags();
+        } else {
+            engine_.port().input();
+            dialogs_.message("Reading banknames failed.");
+            readTrunkTypes();
+        }
+        return;
+    }
+    if (nextLetter_ < 10) engine_.sendline(wire::readBankTag(nextLetter_++));
+}
+
+void ReadPipeline::readTrunkTypes()
+{
+    SerialPort& port = engine_.port();
+    port.input();
+    engine_.rxdata.clear();
+    engine_.commstate = 34;
+    counter_ = 0;
+    overruns_ = 0;
+    port.setRThreshold(0);
+    engine_.sendline(wire::readTrunkType(0));
+    nextLetter_ = 1;
+    port.setRThreshold(1);
+}
+
+void ReadPipeline::trunkTypeReply()
+{
+    engine_.commstate = 34;
+    ++counter_;
+    engine_.status.text3 = "Read trunktype/" + std::to_string(counter_);
+    const std::string& rx = engine_.rxdata;
+    if (contains(rx, "TB A ") && contains(rx, "TB J ")) {
+        engine_.status.text3 = "Trunk type read Ok";
+        for (int b = 0; b < 10; ++b) {
+            const std::string marker = std::string("TB ") + wire::bankLetter(b) + " ";
+            const std::size_t pos = rx.find(marker);
+            std::string line;
+            if (pos != std::string::npos) line = rx.substr(pos, rx.find('\r', pos) - pos);
+            ttyper[b] = trunkTypeOfWord(line);
+            doc_.trunkset[b].trunktype = std::to_string(ttyper[b]);
+        }
+        engine_.port().setRThreshold(0);
+        engine_.commstate = 0;
+        return;
+    }
+    if (counter_ > 11) {
+        engine_.port().setRThreshold(0);
+        engine_.port().input();
+        engine_.commstate = 0;
+        dialogs_.message("Reading trunktype failed.");
+        return;
+    }
+    if (nextLetter_ < 10) engine_.sendline(wire::readTrunkType(nextLetter_++));
+}
+
+// ---- the click ----
+
+bool ReadPipeline::readData(const Options& options)
+{
+    options_ = options;
+    engine_.stopflag = 0;
+    const ModelCheck check = modelcheck(engine_.port(), scheduler_, doc_.model);
+    if (!check.scannerfound) {
+        dialogs_.message(noScannerMessage(CheckedTransfer::Read), {}, Buttons::Ok, Icon::Critical);
+        return false;
+    }
+    doc_.model = check.model;
+    if (options.frequencies) {
+        if (options.scope == Scope::None) {
+            dialogs_.message("Please select All Banks or Single Bank.");
+            return false;
+        }
+        if (options.scope == Scope::SingleBank && (options.bank < 0 || options.bank > 9)) {
+            dialogs_.message("Please select which bank you want to download.");
+            return false;
+        }
+        startChannels();
+        return true;
+    }
+    if (options.trunkIds || options.trunkSettings || options.searchEvents) {
+        chainAfterChannels();
+        return true;
+    }
+    dialogs_.message("Please select which data you want to download.");
+    return false;
+}
+
+void ReadPipeline::startChannels()
+{
+    SerialPort& port = engine_.port();
+    switch (options_.scope) {
+    case Scope::AllBanks:
+        engine_.startchan = 0;
+        engine_.endchan = 1000;
+        engine_.progstart = 0;
+        engine_.progend = 999;
+        onebankread = 0;
+        if (!options_.merge)
+            for (int b = 0; b < 10; ++b) doc_.emptyChannels(b);
+        break;
+    case Scope::SingleBank: {
+        const int i = options_.bank;
+        engine_.startchan = i * 100;
+        engine_.endchan = i * 100 + 100;
+        engine_.progstart = i * 100;
+        engine_.progend = i * 100 + 99;
+        onebankread = 1;
+        engine_.status.text3 = "Reading priority channel";
+        port.setRThreshold(0);
+        port.input();
+        engine_.sendline(wire::readPriority(i));
+        engine_.wait(0.1);
+        if (auto prio = wire::decodePriority(port.input(), i)) doc_.priochan[i] = static_cast<std::int16_t>(*prio);
+        if (!options_.merge) doc_.emptyChannels(i);
+        break;
+    }
+    case Scope::ChannelRange: {
+        onebankread = 0;
+        auto limit = [](const std::string& text) { return static_cast<int>(std::clamp<long long>(IntVal(text), 1, 1000)); };
+        engine_.startchan = limit(options_.rangeStart);
+        engine_.endchan = limit(options_.rangeEnd) + 1;
+        engine_.progstart = 0;
+        engine_.progend = 999;
+        break;
+    }
+    case Scope::None: return;
+    }
+    if (engine_.startchan > engine_.endchan) std::swap(engine_.startchan, engine_.endchan);
+
+    engine_.retrycount = 0;
+    port.input();
+    engine_.rxdata.clear();
+    engine_.commstate = 1;
+    engine_.chanid = engine_.startchan;
+    rxdat_.close();
+    rxdat_.open(folder_ / "rxdat.txt", std::ios::binary | std::ios::trunc);
+    port.setRThreshold(1);
+    engine_.sendSelect();
+}
+
+void ReadPipeline::step(int index)
+{
+    engine_.status.text3 = engine_.rxdata;
+    decode(engine_.commstate);
+    engine_.rxdata.clear();
+    const int next = engine_.commstate == 88 ? 7 : index + 2;
+    engine_.commstate = next;
+    engine_.sendWatched(stepCommand(next, engine_.chanid));
+    engine_.status.text5 = std::to_string(engine_.commstate);
+}
+
+void ReadPipeline::decode(int state)
+{
+    if (state > 20) state -= 20;
+    const int bk = engine_.bk();
+    const int ka = engine_.ka();
+    const std::string& rx = engine_.rxdata;
+    log("FD:" + std::to_string(state) + " " + std::to_string(bk) + " " + std::to_string(ka) + " " + rx);
+    auto& line = doc_.memdata[bk][ka];
+    auto flag = [](std::optional<char> f, std::string& cell) {
+        if (f == 'F') cell = "0";
+        if (f == 'N') cell = "1";
+    };
+    switch (state) {
+    case 1: {
+        const std::string marker = "C" + engine_.status.text4;
+        if (!contains(rx, marker)) {
+            log("channelmarker not found " + engine_.status.text4);
+            return;
+        }
+        log(engine_.status.text4 + "channelmarker found ");
+        const wire::ChannelReply r = wire::decodeChannel(rx, engine_.chanid);
+        if (r.freq8 && r.freq8->size() == 8) {
+            line[col::freq] = r.freq8->substr(0, 4) + "." + r.freq8->substr(4, 4);
+            if (line[col::freq] == "0000.0000") engine_.commstate = 88;
+        }
+        flag(r.trunk, line[col::trunk]);
+        flag(r.delay, line[col::record]);
+        flag(r.lockout, line[col::lockout]);
+        flag(r.atten, line[col::atten]);
+        flag(r.record, line[doc_.model.bc785d == 1 ? col::record : col::recordHidden]);
+        if (r.tone && !r.tone->empty()) flag((*r.tone)[0], line[col::trunk]);
+        break;
+    }
+    case 2:
+        if (auto m = wire::decodeMode(rx)) {
+            static constexpr std::pair<const char*, const char*> modes[] = {{"FM", "0"}, {"WF", "1"}, {"AM", "2"}, {"NF", "3"}};
+            for (const auto& [word, code] : modes)
+                if (*m == word) line[col::mode] = code;
+        }
+        break;
+    case 3:
+        if (auto d = wire::decodeDelay(rx)) {
+            static constexpr std::pair<const char*, const char*> delays[] = {
+                {"F", "0"}, {"+1", "1"}, {"+2", "2"}, {"+4", "3"}, {"+-", "4"}, {"-2", "5"}, {"-5", "6"}, {"-1", "7"}};
+            for (const auto& [word, code] : delays)
+                if (*d == word) line[col::delay] = code;
+        }
+        break;
+    case 4:
+        flag(wire::decodeBeep(rx), line[col::beep]);
+        break;
+    case 5:
+        if (auto s = wire::decodeStep(rx)) {
+            static constexpr std::pair<const char*, const char*> steps[] = {{"5K", "0"}, {"7.", "1"},   {"10K", "2"},
+                                                                            {"12", "3"}, {"25", "4"},   {"50", "5"},
+                                                                            {"100K", "6"}, {"6.", "8"}, {"20", "9"}};
+            for (const auto& [word, code] : steps)
+                if (*s == word) line[col::step] = code;
+        }
+        break;
+    case 6:
+        if (auto tag = wire::decodeTag(rx)) {
+            std::replace(tag->begin(), tag->end(), '"', ' ');
+            line[col::tag] = *tag;
+        }
+        break;
+    case 7:
+        if (auto tone = wire::decodeSubtone(rx)) line[col::tone] = *tone;
+        break;
+    default: break;
+    }
+}
+
+void ReadPipeline::chainAfterChannels()
+{
+    // The reads of the other kinds come in this order; the last one ends the run.
+    std::vector<std::string> missing;
+    if (options_.trunkIds) missing.push_back("Trunk Id's");
+    if (options_.trunkSettings) missing.push_back("Trunk Bank Settings");
+    if (options_.searchEvents) missing.push_back("Search Events");
+    if (!missing.empty()) {
+        statusNote = "Not yet available in this version:";
+        for (const auto& kind : missing) statusNote += " " + kind;
+        engine_.status.text3 = statusNote;
+    }
+    engine_.endRun();
+}
+
+void ReadPipeline::endOfRun()
+{
+    rxdat_.close();
+    SerialPort& port = engine_.port();
+    port.setRThreshold(0);
+    port.input();
+    if (options_.frequencies) {
+        engine_.status.text3 = "Reading Prio Channels";
+        for (int b = 0; b < 10; ++b) {
+            engine_.sendline(wire::readPriority(b));
+            engine_.wait(0.1);
+            if (auto prio = wire::decodePriority(port.input(), b)) doc_.priochan[b] = static_cast<std::int16_t>(*prio);
+        }
+    }
+    finished = true;
+    if (onFinished) onFinished();
+}
+
+} // namespace kestra

@@ -1,0 +1,83 @@
+#pragma once
+// Read Data: the scanner's channels into the document. Opening the window
+// reads the bank tags and the trunk types; a click checks the model, clears
+// what is to be read (unless merging) and walks the channels with seven
+// exchanges each (two for an empty one); the end of the run chains to the
+// other kinds of data that were ticked and reads the priority channels.
+
+#include "exchange.h"
+
+#include "core/document.h"
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kestra {
+
+class ReadPipeline {
+public:
+    enum class Scope { None, AllBanks, SingleBank, ChannelRange };
+    struct Options {
+        Scope scope = Scope::None;
+        int bank = -1;                  // Combo1, for Single Bank
+        std::string rangeStart, rangeEnd;  // Text10 (0) and (1), for Channel Range
+        bool frequencies = true;
+        bool trunkIds = false;
+        bool searchEvents = false;
+        bool trunkSettings = false;
+        bool merge = false;
+    };
+
+    ReadPipeline(ExchangeEngine& engine, Document& doc, Dialogs& dialogs, Scheduler& scheduler,
+                 std::filesystem::path folder);
+    ~ReadPipeline();
+
+    // Opening the window: the bank tags, then the trunk types.
+    void open();
+    // The click on Read Data. False when nothing started (a message said why).
+    bool readData(const Options& options);
+
+    // The lines of Combo1: "1 - 100 / 1", with " / " and the tag once read.
+    std::vector<std::string> combo1Lines() const;
+
+    // Results for the main window.
+    bool tagsread = false;
+    std::array<std::string, 10> tags;   // as read, "_" for an empty one
+    std::array<int, 10> ttyper{};       // trunk types of the scanner
+    int onebankread = 0;
+    bool finished = false;              // Timer3 has run: the window closes
+    std::function<void()> onFinished;
+    std::string statusNote;             // what the window says of kinds not yet available
+
+    // The scanner's trunk type words: "E2-8" 1 ... "EDCS S" 9, anything else 0.
+    static int trunkTypeOfWord(std::string_view reply);
+
+private:
+    void startChannels();
+    void step(int index);
+    void decode(int state);
+    void chainAfterChannels();
+    void endOfRun();
+    void readTags();
+    void tagReply();
+    void readTrunkTypes();
+    void trunkTypeReply();
+    void log(const std::string& line);
+
+    ExchangeEngine& engine_;
+    Document& doc_;
+    Dialogs& dialogs_;
+    Scheduler& scheduler_;
+    std::filesystem::path folder_;
+    Options options_;
+    std::ofstream rxdat_;
+    int counter_ = 0;
+    int overruns_ = 0;
+    int nextLetter_ = 0;
+};
+
+} // namespace kestra
