@@ -241,12 +241,14 @@ std::string VirtualScanner::keyCommand(std::string_view args)
 
 std::string VirtualScanner::pressKey(int key, bool hold, int digit)
 {
+    const bool afterPoint = lastKeyPoint_;
+    lastKeyPoint_ = key == 3 && !hold;
     if (menu_.isOpen()) {
         menuKey(key, hold, digit);
         return kOk;
     }
     if (mode_ == Mode::Manual && (key == 2 || key == 3 || key == 4) && !hold) {
-        manualKey(key, digit);
+        manualKey(key, digit, afterPoint);
         return kOk;
     }
     switch (key) {
@@ -377,18 +379,19 @@ void VirtualScanner::menuKey(int key, bool hold, int digit)
 
 // Manual mode: digits and the point make a frequency ("155.125") or a channel
 // number ("102"); E takes it. A frequency goes into the current channel with
-// the channel's own step and mode. The point pressed twice clears the entry.
-void VirtualScanner::manualKey(int key, int digit)
+// the channel's own step and mode. The point pressed twice in a row clears
+// the entry (CLR); a second point elsewhere in the entry is ignored.
+void VirtualScanner::manualKey(int key, int digit, bool afterPoint)
 {
     const auto point = entry_.find('.');
     if (key == 2) {
         const std::size_t digits = point == std::string::npos ? entry_.size() : entry_.size() - point - 1;
         if (digits < 4) entry_ += static_cast<char>('0' + digit);
     } else if (key == 3) {
-        if (point == std::string::npos)
-            entry_ += '.';
-        else
+        if (afterPoint)
             entry_.clear();
+        else if (point == std::string::npos)
+            entry_ += '.';
     } else if (key == 4) {
         enterFrequencyOrChannel();
     }

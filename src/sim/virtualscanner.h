@@ -78,7 +78,7 @@ private:
     std::string dispatch(std::string_view line);
     std::string pressKey(int key, bool hold, int digit);
     void menuKey(int key, bool hold, int digit);
-    void manualKey(int key, int digit);
+    void manualKey(int key, int digit, bool afterPoint);
     void enterFrequencyOrChannel();
     void startSearch();
     void stepSearch(int direction);
@@ -122,6 +122,7 @@ private:
     long long searchHz_ = 0;
     int trunkBank_ = 0;
     std::string entry_;  // digits keyed in manual mode
+    bool lastKeyPoint_ = false;
     bool priority_ = false;
     bool muted_ = false;
     bool searchAtten_ = false;
