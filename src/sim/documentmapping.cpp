@@ -354,11 +354,13 @@ void writeToDocument(const ScannerMemory& memory, Document& doc)
         auto& fields = doc.srcdata[r];
         fields[0] = freqMhz(range.lower);
         fields[1] = freqMhz(range.upper);
+        // A range without limits is not in use: its mode and step are no choice ("-").
+        const bool used = range.lower != 0 || range.upper != 0;
         fields[2] = "0";
-        for (int i = 0; i < 5; ++i)
+        for (int i = 0; i < 5 && used; ++i)
             if (kSearchModeOfIndex[i] == range.mode) fields[2] = numText(i + 1);
         fields[3] = "0";
-        for (std::size_t i = 0; i < steps.size(); ++i)
+        for (std::size_t i = 0; i < steps.size() && used; ++i)
             if (steps[i] == range.step) fields[3] = numText(static_cast<long long>(i) + 1);
         fields[4] = range.tag;
     }
