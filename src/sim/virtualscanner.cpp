@@ -599,13 +599,16 @@ std::string VirtualScanner::dispatch(std::string_view line)
     if (startsWith(line, "CS")) return subtoneCommand(line.substr(2));
     if (startsWith(line, "PC ")) return priorityCommand(line.substr(3));
     if (startsWith(line, "SB") || startsWith(line, "CB") || startsWith(line, "IS")) return activeCommand(line);
-    if (line == "TB") return reply(std::string("TB ") + letter(displayBank()) + " " +
-                                   (memory_.trunk[displayBank()].on ? trunkWord(memory_.trunk[displayBank()].kind) : "OFF"));
+    // "TB b" names the bank's trunk system ("OFF" for a conventional bank);
+    // "TB" alone answers for the bank on the display.
+    const auto trunkReply = [&](int b) {
+        const TrunkBank& t = memory_.trunk[b];
+        return reply(std::string("TB ") + letter(b) + " " + (t.on ? trunkWord(t.kind) : "OFF"));
+    };
+    if (line == "TB") return trunkReply(displayBank());
     if (startsWith(line, "TB ") && line.size() == 4) {
         const auto b = letterIndex(line[3]);
-        if (!b) return kNg;
-        const TrunkBank& t = memory_.trunk[*b];
-        return reply(std::string("TB ") + line[3] + " " + (t.on ? trunkWord(t.kind) : "OFF"));
+        return b ? trunkReply(*b) : kNg;
     }
     if ((startsWith(line, "TBN ") || startsWith(line, "TBF ")) && line.size() == 5) {
         const auto b = letterIndex(line[4]);

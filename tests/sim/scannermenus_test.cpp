@@ -47,82 +47,86 @@ public:
 
     std::string readmenu3(int d1, int d2, int d3, int move, int line)
     {
-        key(exitkey());
-        key("KEY11");
-        digits({d1, d2, d3});
-        key("KEY07");
-        if (move == 1) key("KEY07");
+        openMenu({d1, d2, d3});
+        scroll(move);
         key("KEY04");
-        const std::string text = askLine(line);
-        key(exitkey());
-        return text;
+        return readAndExit(line);
     }
     void setmenu3(int d1, int d2, int d3, int move, int value)
     {
-        key(exitkey());
-        key("KEY11");
-        digits({d1, d2, d3});
-        key("KEY07");
-        if (move == 1) key("KEY07");
+        openMenu({d1, d2, d3});
+        scroll(move);
         key("KEY04");
-        key(digit(value));
-        key(exitkey());
+        setAndExit(value);
     }
     std::string readmenu4(int d1, int d2, int d3, int d4, int line)
     {
-        key(exitkey());
-        key("KEY11");
-        digits({d1, d2, d3, d4});
-        const std::string text = askLine(line);
-        key(exitkey());
-        return text;
+        openMenu({d1, d2, d3, d4});
+        return readAndExit(line);
     }
     void setmenu5(int d1, int d2, int d3, int d4, int d5)
     {
-        key(exitkey());
-        key("KEY11");
-        digits({d1, d2, d3, d4, d5});
+        openMenu({d1, d2, d3, d4, d5});
         key(exitkey());
     }
     std::string readbankmenu(int bank, int d)
     {
-        key(exitkey());
-        key("KEY09H");
-        digits({bankDigit(bank), d});
-        const std::string reply = s_.command("LCD");
-        key(exitkey());
-        const auto pos = reply.find("LCD1 [");
-        return pos == std::string::npos ? std::string() : reply.substr(pos);
+        openSearchMenu(bank, d);
+        return readAndExit(2);
     }
     void setbankmenu(int bank, int d, int value)
     {
-        key(exitkey());
-        key("KEY09H");
-        digits({bankDigit(bank), d, value});
-        key(exitkey());
+        openSearchMenu(bank, d);
+        setAndExit(value);
     }
     std::string readgen(int d1, int d2, bool third, int d3)
     {
-        s_.command("MA001");
-        key("KEY11");
-        digits({d1, d2});
-        if (third) key(digit(d3));
-        const std::string reply = s_.command("LCD");
-        key(exitkey());
-        const auto pos = reply.find("LCD1 [");
-        return pos == std::string::npos ? std::string() : reply.substr(pos);
+        openGeneral(d1, d2, third, d3);
+        return readAndExit(2);
     }
     void setgen(int d1, int d2, bool third, int d3, int value)
+    {
+        openGeneral(d1, d2, third, d3);
+        setAndExit(value);
+    }
+
+private:
+    void openMenu(std::initializer_list<int> ds)
+    {
+        key(exitkey());
+        key("KEY11");
+        digits(ds);
+    }
+    void scroll(int move)
+    {
+        key("KEY07");
+        if (move == 1) key("KEY07");
+    }
+    void openSearchMenu(int bank, int d)
+    {
+        key(exitkey());
+        key("KEY09H");
+        digits({bankDigit(bank), d});
+    }
+    void openGeneral(int d1, int d2, bool third, int d3)
     {
         s_.command("MA001");
         key("KEY11");
         digits({d1, d2});
         if (third) key(digit(d3));
+    }
+    std::string readAndExit(int line)
+    {
+        const std::string text = askLine(line);
+        key(exitkey());
+        return text;
+    }
+    void setAndExit(int value)
+    {
         key(digit(value));
         key(exitkey());
     }
 
-private:
     VirtualScanner& s_;
 };
 

@@ -400,7 +400,6 @@ TEST(VirtualScannerSearch, LimitsAndTags)
     EXPECT_EQ(s.command("LU01370000 A"), "OK\r");
     EXPECT_EQ(s.command("LL A"), "LL01080000 A\r");
     EXPECT_EQ(s.command("LU A"), "LU01370000 A\r");
-    EXPECT_EQ(s.command("LU A"), "LU01370000 A\r");
     EXPECT_EQ(s.command("LL06000000 B"), "NG\r");
     EXPECT_EQ(s.command("LL0108000 B"), "ERR\r");
     EXPECT_EQ(s.command("TA S J EXTENDED"), "OK\r");
@@ -525,7 +524,4 @@ TEST(VirtualScannerPolling, ModeNumbers)
     s.command("KEY13");
     s.command("KEY09");
     EXPECT_EQ(s.command("MD"), "MD10\r");  // Motorola ID search
-    s.command("MA005");
-    s.command("KEY13");                    // not a trunk bank: nothing happens
-    EXPECT_EQ(s.command("MD"), "MD01\r");
 }
