@@ -251,6 +251,7 @@ std::string VirtualScanner::pressKey(int key, bool hold, int digit)
         manualKey(key, digit, afterPoint);
         return kOk;
     }
+    entry_.clear();  // any other key drops a half-keyed entry
     switch (key) {
     case 0:  // RESUME
         if (mode_ == Mode::SearchHold) mode_ = Mode::Search;
@@ -426,7 +427,7 @@ Screen VirtualScanner::channelScreen(bool stopped) const
     const Channel& ch = current();
     const TrunkBank& bank = memory_.trunk[bankOf(channel_)];
     const char type = ch.trunk && bank.on ? trunkLetter(bank.kind) : 'C';
-    std::string line1 = stopped ? "SCAN +   " : "         ";
+    std::string line1 = stopped ? "SCAN +   " : priority_ ? "P        " : "         ";
     line1 += type;
     line1 += displayChannel(channel_);
     line1 += !ch.empty() && ch.lockout ? "Lo" : "  ";

@@ -671,6 +671,8 @@ TEST(ScannerKeypad, EntryOnTheDisplayClearChannelNumbersAndRefusedFrequencies)
     EXPECT_EQ(s.currentChannel(), 250);
     for (const char* k : {"KEY02 6", "KEY02 0", "KEY02 0", "KEY03", "KEY04"}) s.command(k);  // 600 MHz
     EXPECT_TRUE(s.memory().channel(250).empty());
+    for (const char* k : {"KEY02 1", "KEY02 2", "KEY07", "KEY04"}) s.command(k);  // HOLD drops the entry
+    EXPECT_EQ(s.currentChannel(), 250);
     s.command("KEY15");
     EXPECT_EQ(s.currentChannel(), 251);
     s.command("KEY16");
@@ -697,6 +699,8 @@ TEST(ScannerKeypad, EasyProgramAndLockOutKeys)
     EXPECT_EQ(s.command("LCD1"), "LCD1 [         C 300  ][                ]\r");
     s.command("KEY12H");  // MUTE
     EXPECT_EQ(s.command("LCD4"), "LCD4 [MUTE ON         ][                ]\r");
+    s.command("KEY05");   // PRI
+    EXPECT_EQ(s.command("LCD1"), "LCD1 [P        C 300  ][                ]\r");
 }
 
 TEST(ScannerKeypad, DigitsSwitchBanksWhileScanning)
