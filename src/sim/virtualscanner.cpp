@@ -691,7 +691,9 @@ std::string VirtualScanner::delayCommand(std::string_view line)
 {
     if (line == "DL") {
         const int delay = current().delay;
-        return reply(delay == 0 ? std::string("DLF") : std::string("DLN ") + delayWord(delay));
+        // The setting follows "DLN" without a blank: the reader takes the two
+        // characters behind the third one ("DLN-10" reads "-1").
+        return reply(delay == 0 ? std::string("DLF") : std::string("DLN") + delayWord(delay));
     }
     if (line == "DLF") {
         current().delay = 0;

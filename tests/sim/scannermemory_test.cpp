@@ -198,7 +198,7 @@ TEST(SimMemoryMapping, ALoadedFileAnswersOnTheWire)
     EXPECT_EQ(s.command("TA C 001"), "TA C 001 PFO Tower Main\r");
     EXPECT_EQ(s.command("RM"), "RM AM\r");
     EXPECT_EQ(s.command("ST"), "ST 25K\r");
-    EXPECT_EQ(s.command("DL"), "DLN +2\r");
+    EXPECT_EQ(s.command("DL"), "DLN+2\r");
     EXPECT_EQ(s.command("BA C 001"), "BAN C 001\r");
     EXPECT_EQ(s.command("MA250"), "C250 F08511625 TN DF LF AF RF N161\r");
     EXPECT_EQ(s.command("CS"), "CS012L\r");       // the locked-out form of tone 12

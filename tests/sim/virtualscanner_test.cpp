@@ -140,7 +140,7 @@ TEST(VirtualScannerChannels, SettingsActOnTheCurrentChannel)
     for (const char* cmd : {"LON", "ATN", "ARN", "DLN -10", "CS012", "ST 12.5K", "RM NFM"})
         EXPECT_EQ(s.command(cmd), "OK\r") << cmd;
     EXPECT_EQ(s.command("MA102"), "C102 F01561000 TF DN LN AN RN N012\r");
-    EXPECT_EQ(s.command("DL"), "DLN -10\r");
+    EXPECT_EQ(s.command("DL"), "DLN-10\r");
     EXPECT_EQ(s.command("CS"), "CS0012\r");
     EXPECT_EQ(s.command("ST"), "ST 12.5K\r");
     EXPECT_EQ(s.command("RM"), "RM NFM\r");
@@ -157,13 +157,13 @@ TEST(VirtualScannerChannels, DelayListsByFamily)
     bc7.command("MA001");
     for (const char* d : {"+1", "+2", "+4", "+-", "-2", "-5", "-10"}) {
         EXPECT_EQ(bc7.command(std::string("DLN ") + d), "OK\r");
-        EXPECT_EQ(ask(bc7, "DL"), std::string("DLN ") + d);
+        EXPECT_EQ(ask(bc7, "DL"), std::string("DLN") + d);
     }
     // The BC2xx family has one delay, two seconds: any delay switches it on.
     VirtualScanner bc2(Model::BC250D);
     bc2.command("MA001");
     EXPECT_EQ(bc2.command("DLN -5"), "OK\r");
-    EXPECT_EQ(ask(bc2, "DL"), "DLN +2");
+    EXPECT_EQ(ask(bc2, "DL"), "DLN+2");
     EXPECT_EQ(bc2.command("DLF"), "OK\r");
     EXPECT_EQ(ask(bc2, "DL"), "DLF");
     EXPECT_EQ(bc2.command("DLN +3"), "NG\r");
