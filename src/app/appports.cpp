@@ -1,0 +1,60 @@
+#include "appports.h"
+
+#include "core/memfile.h"
+#include "sim/documentmapping.h"
+#include "platform/qt/qtserialport.h"
+
+namespace kestra {
+
+AppPorts::AppPorts(Scheduler& scheduler, std::filesystem::path folder)
+    : binding(PortBinding::load(folder)), scheduler_(scheduler), folder_(std::move(folder))
+{
+}
+
+AppPorts::~AppPorts() { saveVirtualScanner(); }
+
+sim::VirtualScanner& AppPorts::virtualScanner(Model model)
+{
+    if (!scanner_ || scanner_->model() != model) {
+        auto fresh = std::make_unique<sim::VirtualScanner>(model, 19200);
+        std::string bytes;
+        if (scanner_) {
+            sim::loadMemFile(fresh->memory(), sim::memFileText(scanner_->memory()));
+            fresh->setBaudRate(scanner_->baudRate());
+        } else if (readFileBytes(folder_ / kMemoryFile, bytes)) {
+            sim::loadMemFile(fresh->memory(), bytes);
+        }
+        scanner_ = std::move(fresh);
+        if (!device_) device_ = std::make_shared<VirtualDevice>();
+        device_->respond = [this](std::string_view b) { return scanner_->receive(b); };
+        device_->baud = [this] { return scanner_->baudRate(); };
+    }
+    return *scanner_;
+}
+
+void AppPorts::saveVirtualScanner()
+{
+    if (scanner_) writeFileAtomic(folder_ / kMemoryFile, sim::memFileText(scanner_->memory()));
+}
+
+std::unique_ptr<SerialPort> AppPorts::port(int number, Model model)
+{
+    const std::string target = binding.target(number);
+    if (target.empty()) return nullptr;
+    std::unique_ptr<SerialPort> port;
+    if (target == PortBinding::kVirtual) {
+        virtualScanner(model);
+        port = std::make_unique<VirtualPort>(scheduler_, device_);
+    } else {
+        port = std::make_unique<QtSerialPort>(target);
+    }
+    port->setCommPort(number);
+    return port;
+}
+
+PortFactory AppPorts::factory(Model model)
+{
+    return [this, model](int number) { return port(number, model); };
+}
+
+} // namespace kestra

@@ -1,0 +1,46 @@
+#pragma once
+// The ports of the running program: port numbers 1..19 by their binding, a
+// real device through QSerialPort, or the built-in virtual scanner, whose
+// memory is kept in the program's folder from one run to the next.
+
+#include "link/portbinding.h"
+#include "link/portsetup.h"
+#include "sim/virtualport.h"
+#include "sim/virtualscanner.h"
+
+#include "platform/scheduler.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace kestra {
+
+class AppPorts {
+public:
+    AppPorts(Scheduler& scheduler, std::filesystem::path folder);
+    ~AppPorts();
+
+    PortBinding binding;
+    std::string saveBinding() const { return binding.save(folder_); }
+
+    // The built-in scanner, as the given model (its memory is loaded from
+    // the program's folder the first time, and kept when the model changes).
+    sim::VirtualScanner& virtualScanner(Model model);
+    // Writes the virtual scanner's memory to the program's folder.
+    void saveVirtualScanner();
+
+    // A port object for a port number, not yet open; nothing when the number
+    // is bound to nothing.
+    std::unique_ptr<SerialPort> port(int number, Model model);
+    PortFactory factory(Model model);
+
+    static constexpr const char* kMemoryFile = "virtualscanner.mem";
+
+private:
+    Scheduler& scheduler_;
+    std::filesystem::path folder_;
+    std::unique_ptr<sim::VirtualScanner> scanner_;
+    std::shared_ptr<VirtualDevice> device_;
+};
+
+} // namespace kestra

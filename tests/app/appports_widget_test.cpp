@@ -1,0 +1,52 @@
+#include "app/appports.h"
+
+#include "platform/fake/virtualscheduler.h"
+#include "support/testfiles.h"
+
+#include <gtest/gtest.h>
+
+using namespace kestra;
+
+namespace {
+std::string ask(SerialPort& port, VirtualScheduler& scheduler, const std::string& line)
+{
+    port.output(line + "\r\n");
+    scheduler.advance(100);
+    return port.input();
+}
+} // namespace
+
+TEST(AppPorts, PortOneIsTheVirtualScannerAndItsMemoryOutlivesTheRun)
+{
+    kestra::test::TempDir dir;
+    VirtualScheduler scheduler;
+    {
+        AppPorts ports(scheduler, dir.path());
+        auto port = ports.port(1, Model::BC796D);
+        ASSERT_TRUE(port);
+        ASSERT_EQ(port->open(), SerialPort::OpenResult::Ok);
+        EXPECT_NE(ask(*port, scheduler, "SI").find("BC796D"), std::string::npos);
+        EXPECT_EQ(ask(*port, scheduler, "PM005 04625625"), "OK\r");
+        // One port at a time holds the scanner.
+        auto second = ports.port(1, Model::BC796D);
+        EXPECT_EQ(second->open(), SerialPort::OpenResult::InUse);
+        EXPECT_FALSE(ports.port(2, Model::BC796D));
+    }
+    AppPorts again(scheduler, dir.path());
+    auto port = again.port(1, Model::BC250D);  // another model keeps the memory too
+    ASSERT_EQ(port->open(), SerialPort::OpenResult::Ok);
+    EXPECT_EQ(ask(*port, scheduler, "MA005").substr(0, 14), "C005 F04625625");
+    EXPECT_NE(ask(*port, scheduler, "SI").find("BC250D"), std::string::npos);
+}
+
+TEST(AppPorts, ABoundDeviceIsARealPort)
+{
+    kestra::test::TempDir dir;
+    VirtualScheduler scheduler;
+    AppPorts ports(scheduler, dir.path());
+    ports.binding.bind(4, "/dev/kestra-no-such-device");
+    auto port = ports.port(4, Model::BC250D);
+    ASSERT_TRUE(port);
+    EXPECT_EQ(port->commPort(), 4);
+    EXPECT_EQ(port->open(), SerialPort::OpenResult::NoSuchPort);
+}
