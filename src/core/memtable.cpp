@@ -521,6 +521,13 @@ void MemTable::unload()
     writeDefaultData(defdata, folder);
 }
 
+bool MemTable::portFree()
+{
+    if (!vcrunning) return true;
+    services_.dialogs.message(kVcRunning);
+    return false;
+}
+
 std::vector<std::string> MemTable::bankEmptyStatus() const { return kestra::bankEmptyStatus(doc_); }
 
 } // namespace kestra

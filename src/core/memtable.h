@@ -125,6 +125,13 @@ public:
     // The default data of a new channel (defdata.ini).
     DefaultData defdata;
 
+    // True while the Virtual Control holds the scanner's port: every menu
+    // entry that needs the port refuses with kVcRunning.
+    bool vcrunning = false;
+    static constexpr const char* kVcRunning = "Not possible while Virtual Control is running";
+    // The guard of those entries: false (after the message) while the Virtual Control runs.
+    bool portFree();
+
 private:
     std::string chooseFolder(const std::string& stored) const;
     void afterLoad();
