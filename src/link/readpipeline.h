@@ -6,6 +6,7 @@
 // other kinds of data that were ticked and reads the priority channels.
 
 #include "exchange.h"
+#include "openingreads.h"
 
 #include "core/document.h"
 
@@ -19,6 +20,8 @@
 namespace kestra {
 
 class ReadPipeline {
+    OpeningReads opening_;  // first: the results below refer to it
+
 public:
     enum class Scope { None, AllBanks, SingleBank, ChannelRange };
     struct Options {
@@ -44,17 +47,16 @@ public:
     // The lines of Combo1: "1 - 100 / 1", with " / " and the tag once read.
     std::vector<std::string> combo1Lines() const;
 
-    // Results for the main window.
-    bool tagsread = false;
-    std::array<std::string, 10> tags;   // as read, "_" for an empty one
-    std::array<int, 10> ttyper{};       // trunk types of the scanner
+    // Results for the main window: the reads of the opening.
+    bool& tagsread = opening_.tagsread;
+    std::array<std::string, 10>& tags = opening_.tags;   // as read, "_" for an empty one
+    std::array<int, 10>& ttyper = opening_.ttyper;       // trunk types of the scanner
     int onebankread = 0;
     bool finished = false;              // Timer3 has run: the window closes
     std::function<void()> onFinished;
     std::string statusNote;             // what the window says of kinds not yet available
 
-    // The scanner's trunk type words: "E2-8" 1 ... "EDCS S" 9, anything else 0.
-    static int trunkTypeOfWord(std::string_view reply);
+    static int trunkTypeOfWord(std::string_view reply) { return OpeningReads::trunkTypeOfWord(reply); }
 
 private:
     void startChannels();
@@ -62,10 +64,6 @@ private:
     void decode(int state);
     void chainAfterChannels();
     void endOfRun();
-    void readTags();
-    void tagReply();
-    void readTrunkTypes();
-    void trunkTypeReply();
     void log(const std::string& line);
 
     ExchangeEngine& engine_;
@@ -75,9 +73,6 @@ private:
     std::filesystem::path folder_;
     Options options_;
     std::ofstream rxdat_;
-    int counter_ = 0;
-    int overruns_ = 0;
-    int nextLetter_ = 0;
 };
 
 } // namespace kestra
