@@ -60,6 +60,9 @@ struct Document {
     bool dirty = false;
     std::string fnaam = "Untitled";  // the file shown in the caption: a native (UTF-8) path, not code-page text
     int currentBank = 0;
+    // 1 when the last Read Data covered a single bank (a send of all banks
+    // then asks twice).
+    int onebankread = 0;
 
     Document();
 

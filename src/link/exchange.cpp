@@ -119,9 +119,11 @@ void ExchangeEngine::enableTimer(Timer& timer, int interval)
     timer.setEnabled(true);
 }
 
+void ExchangeEngine::armWatchdog() { enableTimer(*timer1_, kWatchdogMs); }
+
 void ExchangeEngine::sendWatched(const std::string& text)
 {
-    enableTimer(*timer1_, kWatchdogMs);
+    armWatchdog();
     sendline(text);
 }
 
@@ -233,7 +235,7 @@ void ExchangeEngine::watchdog()
     } else {
         commstate = 20;
         chanid = std::max(shown - 1, 0);
-        enableTimer(*timer1_, kWatchdogMs);
+        armWatchdog();
         if (hooks.senddata) hooks.senddata();
     }
 }

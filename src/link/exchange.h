@@ -93,6 +93,9 @@ public:
     // ---- the exchange ----
     // Sends a command of a channel pipeline: the watchdog is armed anew.
     void sendWatched(const std::string& text);
+    // Arms the watchdog for a reply (also when nothing went out: then it is
+    // what restarts the channel).
+    void armWatchdog();
     // Selects channel `chanid` with "MA" and arms the watchdog (the start of a channel).
     void sendSelect();
     // The receive event of the port.

@@ -26,7 +26,7 @@ std::string stepCommand(int step, int chanid)
 
 ReadPipeline::ReadPipeline(ExchangeEngine& engine, Document& doc, Dialogs& dialogs, Scheduler& scheduler,
                            std::filesystem::path folder)
-    : opening_(engine, doc, dialogs, true), engine_(engine), doc_(doc), dialogs_(dialogs), scheduler_(scheduler),
+    : opening_(engine, doc, dialogs, true), onebankread(doc.onebankread), engine_(engine), doc_(doc), dialogs_(dialogs), scheduler_(scheduler),
       folder_(std::move(folder))
 {
     auto& h = engine_.hooks;

@@ -51,7 +51,7 @@ public:
     bool& tagsread = opening_.tagsread;
     std::array<std::string, 10>& tags = opening_.tags;   // as read, "_" for an empty one
     std::array<int, 10>& ttyper = opening_.ttyper;       // trunk types of the scanner
-    int onebankread = 0;
+    int& onebankread;                   // the document's
     bool finished = false;              // Timer3 has run: the window closes
     std::function<void()> onFinished;
     std::string statusNote;             // what the window says of kinds not yet available

@@ -1,0 +1,388 @@
+#include "sendpipeline.h"
+
+#include "portsetup.h"
+#include "vocabulary.h"
+
+#include "core/cellcodes.h"
+#include "core/text.h"
+#include "editor/bandplan.h"
+
+#include <algorithm>
+
+namespace kestra {
+
+SendPipeline::SendPipeline(ExchangeEngine& engine, Document& doc, Settings& settings, Dialogs& dialogs,
+                           Scheduler& scheduler, std::filesystem::path folder)
+    : opening_(engine, doc, dialogs, false), engine_(engine), doc_(doc), settings_(settings), dialogs_(dialogs),
+      scheduler_(scheduler), folder_(std::move(folder))
+{
+    auto& h = engine_.hooks;
+    h.sendStep = [this](int index) { step(index); };
+    h.senddata = [this] { senddata(); };
+    h.endOfRun = [this] { endOfRun(); };
+    h.log = [this](const std::string& text) { log(text); };
+}
+
+SendPipeline::~SendPipeline() { engine_.hooks = {}; }
+
+void SendPipeline::log(const std::string& text)
+{
+    if (txlog_.is_open()) txlog_ << text << "\r\n";
+}
+
+bool SendPipeline::bankHasData(int bank) const
+{
+    for (int r = 1; r <= kChannelRows; ++r)
+        if (!doc_.isEmpty(bank, r)) return true;
+    return false;
+}
+
+std::vector<std::string> SendPipeline::combo1Lines() const
+{
+    std::vector<std::string> lines;
+    for (int b = 0; b < 10; ++b) {
+        std::string line = std::to_string(b * 100 + 1) + " - " + std::to_string(b * 100 + 100) + " / " + std::to_string(b + 1);
+        if (!bankHasData(b)) line += "  -  EMPTY";
+        if (tagsread) line += " / " + tags[b];
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+void SendPipeline::open()
+{
+    for (int b = 0; b < 10; ++b) {
+        tyes[b] = 0;
+        for (int r = 1; r <= kChannelRows; ++r)
+            if (doc_.memdata[b][r][col::trunk] == "1") tyes[b] = 1;
+    }
+    opening_.start();
+}
+
+std::optional<std::string> SendPipeline::txdOf(const std::string& freq)
+{
+    std::string txd = freq.substr(0, 4) + (freq.size() > 5 ? freq.substr(5) : std::string());
+    if (txd.size() != 8) return std::nullopt;
+    return txd;
+}
+
+std::string SendPipeline::txdChecked(const std::string& errorText)
+{
+    const auto txd = txdOf(line()[col::freq]);
+    if (txd) return *txd;
+    log(errorText + line()[col::freq] + " bk:" + std::to_string(engine_.bk()) + " ka:" + std::to_string(engine_.ka()));
+    return "00000000";
+}
+
+std::vector<std::string> SendPipeline::frequencyKeys(const std::string& txd)
+{
+    std::vector<std::string> keys;
+    auto digit = [&](int pos) { keys.push_back(wire::digitKey(txd[pos - 1] - '0')); };
+    for (int pos = 1; pos <= 4; ++pos) {
+        if (pos == 1 && txd[0] == '0') continue;
+        if (pos == 2 && txd.substr(0, 2) == "00") continue;
+        digit(pos);
+    }
+    keys.push_back(wire::key(3));
+    for (int pos = 5; pos <= 8; ++pos) {
+        if (txd.substr(pos - 1, 9 - pos) == std::string(9 - pos, '0')) continue;
+        digit(pos);
+    }
+    keys.push_back(wire::key(4));
+    keys.push_back(wire::key(4));
+    return keys;
+}
+
+// ---- the click ----
+
+bool SendPipeline::sendData(const Options& options)
+{
+    options_ = options;
+    engine_.stopflag = 0;
+    SerialPort& port = engine_.port();
+    const ModelCheck check = modelcheck(port, scheduler_, doc_.model);
+    if (!check.scannerfound) {
+        dialogs_.message(noScannerMessage(CheckedTransfer::Send), {}, Buttons::Ok, Icon::Critical);
+        return false;
+    }
+    doc_.model = check.model;
+    if (settings_.linkbank == 1) {
+        port.setRThreshold(0);
+        std::string on, off;
+        for (int b = 0; b < 10; ++b) (doc_.banklockm[b] == 1 ? on : off) += wire::bankLetter(b);
+        if (!on.empty()) engine_.sendline(wire::switchBanksOn(on));
+        if (!off.empty()) engine_.sendline(wire::switchBanksOff(off));
+        engine_.wait(0.5);
+        engine_.rxdata = port.input();
+    }
+    if (!options.frequencies) {
+        if (options.trunkSettings || options.trunkIds || options.searchEvents) {
+            chainAfterChannels();
+            return true;
+        }
+        dialogs_.message("Please select which data you want to upload.");
+        return false;
+    }
+
+    switch (options.scope) {
+    case Scope::None: dialogs_.message("Please select All Banks or Single Bank."); return false;
+    case Scope::SingleBank:
+        if (options.bank < 0 || options.bank > 9) {
+            dialogs_.message("Please select which bank you want to upload.");
+            return false;
+        }
+        if (!bankHasData(options.bank)) {
+            dialogs_.message("There is nothing to send!");
+            return false;
+        }
+        engine_.startchan = options.bank * 100;
+        engine_.endchan = options.bank * 100 + 100;
+        engine_.progstart = options.bank * 100;
+        engine_.progend = options.bank * 100 + 99;
+        break;
+    case Scope::AllBanks:
+        engine_.startchan = 0;
+        engine_.endchan = 1000;
+        engine_.progstart = 0;
+        engine_.progend = 999;
+        break;
+    case Scope::ChannelRange: {
+        auto limit = [](const std::string& text) { return static_cast<int>(std::clamp<long long>(IntVal(text), 1, 1000)); };
+        engine_.startchan = limit(options.rangeStart) - 1;
+        engine_.endchan = limit(options.rangeEnd);
+        engine_.progstart = 0;
+        engine_.progend = 999;
+        if (engine_.startchan > engine_.endchan) std::swap(engine_.startchan, engine_.endchan);
+        break;
+    }
+    }
+
+    const std::string crlf = wire::kCrLf;
+    if (settings_.expert != 1 &&
+        dialogs_.message("Please confirm data upload." + crlf + "Channels: " + std::to_string(engine_.startchan) + " / " +
+                             std::to_string(engine_.endchan) + crlf + "Are you sure?",
+                         {}, Buttons::YesNo, Icon::Question) != Answer::Yes)
+        return false;
+    if (options.scope == Scope::AllBanks && doc_.onebankread == 1) {
+        dialogs_.beep();
+        if (dialogs_.message("WARNING: Please re-confirm data upload." + crlf +
+                                 "You previously downloaded 1 bank and now you want to upload all banks." + crlf +
+                                 "All remaining channels will be cleared!" + crlf + "Are you sure?",
+                             {}, Buttons::YesNo, Icon::Exclamation) != Answer::Yes)
+            return false;
+        doc_.onebankread = 0;
+    }
+
+    if (!port.isOpen()) engine_.openport();
+    engine_.commstate = 20;
+    engine_.retrycount = 0;
+    engine_.rxdata.clear();
+    engine_.chanid = engine_.startchan;
+    freqbykey = settings_.khz9 == 1;
+    port.setRThreshold(0);
+    engine_.sendline(wire::key(7));
+    engine_.wait(engine_.commdelay());
+    engine_.sendline(wire::key(7));
+    engine_.wait(engine_.commdelay());
+    port.input();
+    txlog_.close();
+    txlog_.open(folder_ / "txlog.txt", std::ios::binary | std::ios::trunc);
+    senddata();
+    return true;
+}
+
+void SendPipeline::senddata()
+{
+    engine_.commstate = 20;
+    ++engine_.chanid;
+    SerialPort& port = engine_.port();
+    port.setRThreshold(0);
+    if (engine_.chanid > engine_.endchan) {
+        chainAfterChannels();
+        return;
+    }
+    const int bk = engine_.bk();
+    const int ka = engine_.ka();
+    const bool firstOfBank = (engine_.chanid - 1) % 100 == 0;
+    const int ttype = static_cast<int>(IntVal(doc_.trunkset[bk].trunktype));
+    if (firstOfBank && tyes[bk] == 1 && ttype != ttyper[bk] && settings_.option8 == 0) {
+        engine_.status.text3 = "setting trunktype required.. please wait..";
+        port.setRThreshold(0);
+        std::string code;
+        switch (ttype) {
+        case 4: code = "4 04160000 0125 381"; break;
+        case 5: code = "5 01360000 0125 381"; break;
+        default: code = std::to_string(wire::scannerTrunkType(ttype)); break;
+        }
+        if (ttype >= 1 && ttype <= 9) engine_.sendline(wire::setTrunkType(bk, code));
+        engine_.wait(0.1);
+    }
+    if (firstOfBank) {
+        engine_.sendline(wire::selectChannel(engine_.chanid));
+        engine_.wait(engine_.commdelay());
+        port.input();
+    }
+    const std::string txd = txdChecked("Error: NOT_8 senddata txd:");
+    if (txd == "00000000") engine_.commstate = 30;
+    std::string command = "PM" + wire::channel3(engine_.chanid) + (line()[col::trunk] == "1" ? "T" : " ") + txd;
+    std::string logged = command.substr(0, 5) + " " + txd;
+    if (engine_.chanid == 1000) logged[4] = 't';
+    log(logged + " ts:" + " chanid:" + std::to_string(engine_.chanid) + " bank:" + std::to_string(bk) + " ch:" +
+        std::to_string(ka) + " tyes:" + std::to_string(tyes[bk]) + " ttype:" + std::to_string(ttype) + " ttyper:" +
+        std::to_string(ttyper[bk]));
+    engine_.wait(engine_.commdelay());
+    engine_.status.text3 = command;
+    engine_.status.text4 = wire::channel3(engine_.chanid);
+    engine_.setProgressChannel(engine_.chanid);
+    engine_.sendWatched(command);
+    port.setRThreshold(1);
+}
+
+void SendPipeline::step(int index)
+{
+    auto& l = line();
+    engine_.commstate = 21 + index;
+    auto send = [this](const std::optional<std::string>& text) {
+        // A cell outside its list sends nothing; the watchdog then restarts the channel.
+        if (text)
+            engine_.sendWatched(*text);
+        else
+            engine_.armWatchdog();
+    };
+    switch (index) {
+    case 0: send(wire::setStep(stepText(l[col::step]))); break;
+    case 1: frequencyStep(); break;
+    case 2: send(wire::setLockout(l[col::lockout] == "1")); break;
+    case 3: send(wire::setAttenuator(l[col::atten] == "1")); break;
+    case 4: send(wire::setRecord(l[doc_.model.bc785d == 1 ? col::record : col::recordHidden] == "1")); break;
+    case 5: send(wire::setDelay(l[col::delay])); break;
+    case 6: {
+        // Two lines in one step: the second reply arrives in the next step.
+        const bool beep = l[col::beep] == "1";
+        const int n = engine_.chanid;
+        const std::string digits = n < 1000 ? wire::channel3(n) : std::to_string(n);
+        engine_.sendWatched(std::string(beep && n < 1000 ? "BAN C " : "BAF C ") + digits);
+        engine_.sendline(beep && n == 1000 ? "BAN C 000" : "BAF C 000");
+        break;
+    }
+    case 7: send(wire::setTag(engine_.chanid, l[col::tag])); break;
+    case 8: {
+        const std::string mode = modeText(l[col::mode]);
+        send(mode.empty() ? std::nullopt : wire::setMode(mode));
+        break;
+    }
+    case 9: {
+        const std::string code = repairToneCode(l[col::tone]);
+        const long long value = IntVal(code);
+        const bool known = value >= 0 && value <= 291 && !(value > 142 && value < 150);
+        send(known ? std::optional(wire::setSubtone(static_cast<int>(value))) : std::nullopt);
+        break;
+    }
+    default: break;
+    }
+}
+
+void SendPipeline::frequencyStep()
+{
+    engine_.commstate = 22;
+    const std::string txd = txdChecked("Error: NOT_8 timer 4 txd:");
+    auto& l = line();
+    if (settings_.option2 == 1) {
+        freqbykey = true;
+        const double mhz = Val(l[col::freq]);
+        if (mhz > 0) {
+            const auto band = findBand(builtinPlan(1), mhz);
+            if (band && band->step == l[col::step]) freqbykey = false;
+        }
+    }
+    if (!freqbykey) {
+        engine_.sendWatched("PM" + wire::channel3(engine_.chanid) + (l[col::trunk] == "1" ? "T" : " ") + txd);
+        return;
+    }
+    SerialPort& port = engine_.port();
+    port.setRThreshold(0);
+    for (const std::string& key : frequencyKeys(txd)) {
+        engine_.wait(engine_.commdelay());
+        engine_.sendline(key);
+    }
+    engine_.sendWatched(wire::key(14));
+    port.setRThreshold(1);
+}
+
+void SendPipeline::chainAfterChannels()
+{
+    std::vector<std::string> missing;
+    if (options_.trunkSettings) missing.push_back("Trunk Bank Settings");
+    if (options_.trunkIds) missing.push_back("Trunk Id's");
+    if (options_.searchEvents) missing.push_back("Search Events");
+    if (!missing.empty()) {
+        statusNote = "Not yet available in this version:";
+        for (const auto& kind : missing) statusNote += " " + kind;
+        engine_.status.text3 = statusNote;
+    }
+    engine_.endRun();
+}
+
+void SendPipeline::endOfRun()
+{
+    txlog_.close();
+    SerialPort& port = engine_.port();
+    port.setRThreshold(0);
+    if (settings_.synctagst == 1 && options_.frequencies) {
+        std::vector<int> banks;
+        if (options_.scope == Scope::AllBanks)
+            for (int b = 0; b < 10; ++b) banks.push_back(b);
+        else if (options_.scope == Scope::SingleBank)
+            banks.push_back(options_.bank);
+        for (int b : banks) {
+            engine_.sendline(wire::setBankTag(b, doc_.banktags[b]));
+            engine_.wait(engine_.commdelay());
+        }
+        for (int b : banks) {
+            engine_.sendline(wire::setPriority(b, doc_.priochan[b]));
+            engine_.wait(0.2);
+        }
+    }
+    port.input();
+    finished = true;
+    if (onFinished) onFinished();
+}
+
+// ---- Delete Bank ----
+
+bool SendPipeline::deleteBank(const Options& options)
+{
+    SerialPort& port = engine_.port();
+    const ModelCheck check = modelcheck(port, scheduler_, doc_.model);
+    if (!check.scannerfound) {
+        dialogs_.message(noScannerMessage(CheckedTransfer::DeleteBank), {}, Buttons::Ok, Icon::Critical);
+        return false;
+    }
+    if (options.scope == Scope::None || options.scope == Scope::AllBanks || options.bank < 0 || options.bank > 9) {
+        dialogs_.message("Please select which bank you want to delete.");
+        return false;
+    }
+    // The hundred channels of the bank.
+    engine_.startchan = options.bank * 100 + 1;
+    engine_.endchan = std::min(engine_.startchan + 99, 1000);
+    const std::string crlf = wire::kCrLf;
+    if (settings_.expert != 1 &&
+        dialogs_.message("You selected to delete all data in bank " + std::to_string(options.bank + 1) + "." + crlf +
+                             "Channels: " + std::to_string(engine_.startchan) + " - " + std::to_string(engine_.endchan) +
+                             crlf + "Are you sure?",
+                         {}, Buttons::YesNo, Icon::Question) != Answer::Yes)
+        return false;
+    port.setRThreshold(0);
+    for (int n = engine_.startchan; n <= engine_.endchan; ++n) {
+        engine_.wait(0.2);
+        engine_.status.text3 = "Delete Channel " + std::to_string(n);
+        engine_.status.text4 = std::to_string(n);
+        engine_.sendline(wire::clearChannel(n));
+    }
+    port.input();
+    engine_.status.text3.clear();
+    engine_.startchan = 0;
+    return true;
+}
+
+} // namespace kestra

@@ -1,0 +1,84 @@
+#pragma once
+// Send Data: the document into the scanner. After the model check and the
+// confirmations the run walks the channels: at the first channel of a bank
+// its trunk type (when the scanner's differs) and "MA"; then "PM" with the
+// frequency, and ten steps for the step, the frequency again (by "PM" or keyed
+// in), lockout, attenuator, record, delay, beep alert, tag, mode and subtone.
+// An empty channel is cleared with one exchange. Delete Bank clears a bank.
+
+#include "exchange.h"
+#include "openingreads.h"
+#include "readpipeline.h"
+
+#include "core/document.h"
+#include "core/settings.h"
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kestra {
+
+class SendPipeline {
+    OpeningReads opening_;  // first: the results below refer to it
+
+public:
+    using Scope = ReadPipeline::Scope;
+    using Options = ReadPipeline::Options;
+
+    SendPipeline(ExchangeEngine& engine, Document& doc, Settings& settings, Dialogs& dialogs, Scheduler& scheduler,
+                 std::filesystem::path folder);
+    ~SendPipeline();
+
+    // Opening the window: which banks have trunk channels, then the bank tags
+    // and the scanner's trunk types.
+    void open();
+    // The click on Send Data; false when nothing started.
+    bool sendData(const Options& options);
+    // Delete Bank on the chosen bank; false when nothing was deleted.
+    bool deleteBank(const Options& options);
+
+    // The lines of Combo1: "1 - 100 / 1", "  -  EMPTY" for a bank without
+    // data, and the tag once read.
+    std::vector<std::string> combo1Lines() const;
+    bool bankHasData(int bank) const;
+
+    bool& tagsread = opening_.tagsread;
+    std::array<std::string, 10>& tags = opening_.tags;
+    std::array<int, 10>& ttyper = opening_.ttyper;
+    std::array<int, 10> tyes{};   // banks with at least one trunk channel
+    bool freqbykey = false;
+    bool finished = false;
+    std::function<void()> onFinished;
+    std::string statusNote;
+
+    // The keys that type a frequency in ("0100.0000": KEY02 1, KEY02 0,
+    // KEY02 0, KEY03, KEY04, KEY04; KEY14 follows).
+    static std::vector<std::string> frequencyKeys(const std::string& txd);
+    // The eight wire digits of a stored frequency, nothing when it has not eight.
+    static std::optional<std::string> txdOf(const std::string& freq);
+
+private:
+    void senddata();
+    void step(int index);
+    void frequencyStep();
+    std::string txdChecked(const std::string& errorText);
+    void chainAfterChannels();
+    void endOfRun();
+    void log(const std::string& line);
+    std::array<std::string, kCellColumns>& line() { return doc_.memdata[engine_.bk()][engine_.ka()]; }
+
+    ExchangeEngine& engine_;
+    Document& doc_;
+    Settings& settings_;
+    Dialogs& dialogs_;
+    Scheduler& scheduler_;
+    std::filesystem::path folder_;
+    Options options_;
+    std::ofstream txlog_;
+};
+
+} // namespace kestra
