@@ -2,6 +2,8 @@
 
 #include "core/memfile.h"
 #include "sim/documentmapping.h"
+#include "sim/virtualport.h"
+#include "sim/virtualscanner.h"
 #include "platform/qt/qtserialport.h"
 
 namespace kestra {
@@ -37,8 +39,21 @@ void AppPorts::saveVirtualScanner()
     if (scanner_) writeFileAtomic(folder_ / kMemoryFile, sim::memFileText(scanner_->memory()));
 }
 
+void AppPorts::attach(int number, std::shared_ptr<VirtualDevice> device)
+{
+    if (device)
+        attached_[number] = std::move(device);
+    else
+        attached_.erase(number);
+}
+
 std::unique_ptr<SerialPort> AppPorts::port(int number, Model model)
 {
+    if (const auto it = attached_.find(number); it != attached_.end()) {
+        auto port = std::make_unique<VirtualPort>(scheduler_, it->second);
+        port->setCommPort(number);
+        return port;
+    }
     const std::string target = binding.target(number);
     if (target.empty()) return nullptr;
     std::unique_ptr<SerialPort> port;

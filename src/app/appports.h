@@ -3,17 +3,24 @@
 // real device through QSerialPort, or the built-in virtual scanner, whose
 // memory is kept in the program's folder from one run to the next.
 
+// The scanner's own headers stay out of this one, so that the windows can
+// include it beside Qt's (which takes "slots" for a word of its own).
+
 #include "link/portbinding.h"
 #include "link/portsetup.h"
-#include "sim/virtualport.h"
-#include "sim/virtualscanner.h"
 
 #include "platform/scheduler.h"
 
 #include <filesystem>
+#include <map>
 #include <memory>
 
 namespace kestra {
+
+struct VirtualDevice;
+namespace sim {
+class VirtualScanner;
+}
 
 class AppPorts {
 public:
@@ -33,6 +40,12 @@ public:
     // is bound to nothing.
     std::unique_ptr<SerialPort> port(int number, Model model);
     PortFactory factory(Model model);
+    Scheduler& scheduler() { return scheduler_; }
+
+    // Another scanner on the cable of a port number, in place of what the
+    // number is bound to (a bench of several scanners; nothing undoes it but
+    // attaching nothing).
+    void attach(int number, std::shared_ptr<VirtualDevice> device);
 
     static constexpr const char* kMemoryFile = "virtualscanner.mem";
 
@@ -41,6 +54,7 @@ private:
     std::filesystem::path folder_;
     std::unique_ptr<sim::VirtualScanner> scanner_;
     std::shared_ptr<VirtualDevice> device_;
+    std::map<int, std::shared_ptr<VirtualDevice>> attached_;
 };
 
 } // namespace kestra

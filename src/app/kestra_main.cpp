@@ -3,6 +3,7 @@
 // finished, the Form Load of the main window memtab. The process ends when the
 // event loop does, after memtab has unloaded.
 
+#include "app/appports.h"
 #include "core/document.h"
 #include "core/grid.h"
 #include "core/info.h"
@@ -42,16 +43,19 @@ int main(int argc, char* argv[])
     kestra::MemTable table(doc, settings, grid, {dialogs, profile, scheduler, folder});
     kestra::installTableCheck(table);
 
-    // The per-user folders and model switches, setup.ini (with the delays of a
-    // USB converter named in com250.ini), then the check of the port number.
+    // The per-user folders and model switches, com250.ini and setup.ini (with
+    // the delays of a USB converter), then the check of the port number.
     table.readProfile();
     table.readSettingsFiles();
     // A port number out of 1..19 is told, and the program goes on: the Rs232
     // setup is where the user puts it right.
-    const kestra::ComSettings com = kestra::readCom250(folder.path());
-    if (const std::string message = kestra::comportMessage(com.port); !message.empty()) dialogs.message(message);
+    if (const std::string message = kestra::comportMessage(table.com.port); !message.empty()) dialogs.message(message);
 
+    // The port numbers and what they are bound to; it outlives the window,
+    // which opens its ports through it.
+    kestra::AppPorts ports(scheduler, folder.path());
     kestra::Memtab memtab(table, folder);
+    memtab.setPorts(&ports);
     dialogs.setParentWidget(&memtab);
     kestra::Info info(doc, [&memtab] {
         memtab.formLoad();

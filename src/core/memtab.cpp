@@ -1,4 +1,6 @@
 #include "core/memtab.h"
+#include "app/appports.h"
+#include "core/comsetup.h"
 #include "core/defdata.h"
 #include "core/softset.h"
 #include "core/toolbaricons.h"
@@ -209,6 +211,22 @@ void Memtab::connectEntry(const char* name, void (Memtab::*handler)())
     if (entry) connect(entry, &QAction::triggered, this, [this, handler] { (this->*handler)(); });
 }
 
+void Memtab::connectPortEntry(const char* name, void (Memtab::*handler)())
+{
+    QAction* entry = action(name);
+    if (entry)
+        connect(entry, &QAction::triggered, this, [this, handler] {
+            if (table_.portFree()) (this->*handler)();
+        });
+}
+
+AppPorts& Memtab::ports()
+{
+    if (ports_) return *ports_;
+    if (!ownPorts_) ownPorts_ = std::make_unique<AppPorts>(table_.scheduler(), folder_.path());
+    return *ownPorts_;
+}
+
 QAction* Memtab::action(const std::string& name) const
 {
     auto it = actions_.find(name);
@@ -362,7 +380,7 @@ void Memtab::buildMenus()
     addEntry(modelMenu_, "setdelay", "&Easy program");
     addEntry(modelMenu_, "debugs", "Send Data Debug");
     modelMenu_->addSeparator();
-    addEntry(modelMenu_, "comset", "Rs232 &Communication and Scanner Model Setup");
+    addEntry(modelMenu_, "comset", "Rs232 &Communication and Scanner Model Setup", true);
 
     // Trunk
     QMenu* trunk = topMenu("menu_trunk", "&Trunk");
@@ -433,6 +451,7 @@ void Memtab::buildMenus()
     connectEntry("runband1", &Memtab::menuBandplanCurrentBank);
     connectEntry("runband2", &Memtab::menuBandplanAllBanks);
     connectEntry("shortkey", &Memtab::showShortcuts);
+    connectPortEntry("comset", &Memtab::menuComset);
 }
 
 void Memtab::buildToolbars()
@@ -1196,6 +1215,22 @@ void Memtab::menuSoftOptions()
     Softset dialog(table_, this);
     dialog.exec();
     updateTopFrame();
+}
+
+void Memtab::menuComset()
+{
+    // A model change reads the grid back into the store under the old layout.
+    commitEdit();
+    Comsetup dialog(table_, ports(), this);
+    if (dialog.exec() != QDialog::Accepted) return;
+    const SetupResult& chosen = dialog.result();
+    table_.com = chosen.com;
+    // Headers, column count, the lists of the new model in the top frame,
+    // the grid filled anew and the caption with the model's menu.
+    table_.setModel(chosen.model);
+    // The widths kept for the new layout; the alignment goes with every cell.
+    if (auto widths = readColumnWidths(table_.doc().model.bc785d, folder_.path())) setColumnWidthsTwips(*widths);
+    updateCaption();
 }
 
 void Memtab::menuSetupDefaultData()

@@ -35,6 +35,7 @@ class QToolBar;
 
 namespace kestra {
 
+class AppPorts;
 class GridModel;
 
 class Memtab : public QMainWindow, public MemtabView {
@@ -57,6 +58,10 @@ public:
     void setColumnWidthsTwips(const std::vector<int>& widths);
 
     MemTable& table() { return table_; }
+    // The program's ports. Without ports of the program's own (setPorts), the
+    // window makes them over its folder the first time they are asked for.
+    AppPorts& ports();
+    void setPorts(AppPorts* ports) { ports_ = ports; }
     GridModel* gridModel() const { return model_; }
     QTableView* memtabel() const { return memtabel_; }
     QTabBar* tabbed1() const { return tabbed1_; }
@@ -112,6 +117,9 @@ private:
     QAction* addEntry(QMenu* menu, const char* name, const char* caption, bool enabled = false);
     QMenu* addSubmenu(QMenu* parentMenu, const char* name, const char* caption, bool enabled = true);
     void connectEntry(const char* name, void (Memtab::*handler)());
+    // An entry that needs the scanner's port: it refuses while the Virtual
+    // Control holds the port.
+    void connectPortEntry(const char* name, void (Memtab::*handler)());
 
     // Refreshers of what the window shows from the logic.
     void updateCaption();
@@ -149,6 +157,7 @@ private:
     void toggleToolbar(bool on);
     void toggleHelpbar(bool on);
     void menuSoftOptions();
+    void menuComset();
     void menuSetupDefaultData();
     void menuResetTableWidth();
     void menuCheckTable();
@@ -162,6 +171,8 @@ private:
     GridModel* model_ = nullptr;
     std::unique_ptr<FrequencyEntry> frequency_;
     std::unique_ptr<CellEntry> cellEntry_;
+    AppPorts* ports_ = nullptr;
+    std::unique_ptr<AppPorts> ownPorts_;
 
     QTableView* memtabel_ = nullptr;
     QTabBar* tabbed1_ = nullptr;

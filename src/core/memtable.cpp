@@ -4,6 +4,8 @@
 #include "setupfile.h"
 #include "text.h"
 
+#include "link/portsetup.h"
+
 #include <algorithm>
 #include <fstream>
 
@@ -185,7 +187,9 @@ void MemTable::writeProfile()
 
 void MemTable::readSettingsFiles()
 {
-    const ComSettings com = readCom250(services_.folder.path());
+    com = readCom250(services_.folder.path());
+    // A model that cannot go faster than 19200 baud is never started faster.
+    com.baud = allowedBaud(com.baud, doc_.model);
     readSetup(settings_, services_.folder.path(), com.usbc);
 }
 

@@ -10,6 +10,7 @@
 #include "grid.h"
 #include "memfile.h"
 #include "settings.h"
+#include "setupfile.h"
 
 #include "platform/appfolder.h"
 #include "platform/dialogs.h"
@@ -57,6 +58,8 @@ public:
     Settings& settings() { return settings_; }
     Grid& grid() { return grid_; }
     Dialogs& dialogs() { return services_.dialogs; }
+    Scheduler& scheduler() { return services_.scheduler; }
+    const AppFolder& folder() const { return services_.folder; }
 
     // ---- the bridge between grid and store ----
     bool createbank();
@@ -69,6 +72,7 @@ public:
     // The per-user values: the three folders and the model switches.
     void readProfile();
     void writeProfile();
+    // com250.ini into com (the speed cut to what the model can do) and
     // setup.ini, with the delays of a USB converter named in com250.ini.
     void readSettingsFiles();
     // The parts of Form Load that concern the document: priority channels,
@@ -124,6 +128,9 @@ public:
     std::string opendir, savedir, backdir;
     // The default data of a new channel (defdata.ini).
     DefaultData defdata;
+    // The port, speed and USB converter every exchange with the scanner uses
+    // (com250.ini; the Rs232 setup changes them).
+    ComSettings com;
 
     // True while the Virtual Control holds the scanner's port: every menu
     // entry that needs the port refuses with kVcRunning.

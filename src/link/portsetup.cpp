@@ -84,9 +84,7 @@ DetectResult autodetect(const PortFactory& ports, Scheduler& scheduler, const Mo
     DetectResult r;
     r.switches = current;
     r.baud = currentBaud;
-    r.messages.push_back(
-        "Autodetect: make sure your scanner is connected and switched ON.\r\nVerify scanner remote mode is enabled:\r\n"
-        "Select MENU _ 3 _ 5 and check a baudrate speed is selected.");
+    r.messages.push_back(kDetectAdvice);
     std::vector<int> available;
     for (int n = 1; n <= kMaxComPort; ++n) {
         auto port = ports(n);

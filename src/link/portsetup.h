@@ -71,6 +71,10 @@ struct DetectResult {
     std::vector<std::string> messages;  // what the window shows, in order
 };
 DetectResult autodetect(const PortFactory& ports, Scheduler& scheduler, const ModelSwitches& current, int currentBaud);
+// The advice the autodetect starts with (its first message).
+inline constexpr const char* kDetectAdvice =
+    "Autodetect: make sure your scanner is connected and switched ON.\r\nVerify scanner remote mode is enabled:\r\n"
+    "Select MENU _ 3 _ 5 and check a baudrate speed is selected.";
 inline constexpr const char* kDetected = "KESTRA has succesfully detected your scanner!";
 inline constexpr const char* kNotDetected =
     "KESTRA has not detected your scanner, please check scanner is switched ON and connected. Also make sure scanner is in remote mode.";

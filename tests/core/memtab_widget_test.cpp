@@ -498,7 +498,8 @@ const MenuEntry kMenuTree[] = {
 const std::set<std::string> kWorkingEntries = {"menunew", "tabopen", "openspecial", "savenu", "tabsaveas",
                                                "open_780file", "exit_tab", "bk0", "mnu_toolb", "nu_hbar",
                                                "emptystatus", "hpabout", "popedit", "restable", "setdef",
-                                               "soft_options", "checktab", "runband1", "runband2", "shortkey"};
+                                               "soft_options", "checktab", "runband1", "runband2", "shortkey",
+                                               "comset"};
 
 TEST_F(MemtabTest, MenuTreeHasEveryControlWithItsCaption)
 {
