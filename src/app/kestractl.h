@@ -13,6 +13,8 @@ using Args = std::vector<std::string>;
 int usage(const std::string& problem);
 
 int convert(const Args& args);
+int read(const Args& args);
+int send(const Args& args);
 
 // Takes "--name value" options out of args into the map; false (after the
 // usage message) for an unknown option or a missing value. What is left in

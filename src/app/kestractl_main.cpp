@@ -17,7 +17,16 @@ const char* kUsage =
     "      or the CSV layout of Open Special) and save it as OUT.\n"
     "      MODEL is BC250D, BC296D, BC785D, BC796D or UBC3300 (default: the model\n"
     "      last chosen in the program). FOLDER holds setup.ini and the other files\n"
-    "      of the program (default: the program's own folder).\n";
+    "      of the program (default: the program's own folder).\n"
+    "  read OUT.mem [--port P] [--banks all|N|A-B] [--merge] [--base IN.mem] [--dir FOLDER]\n"
+    "      Read Data: the scanner's channels (all banks, bank N of 1..10, or the\n"
+    "      channels A to B) into OUT.mem; --base starts from a file, --merge keeps\n"
+    "      what is not read.\n"
+    "  send IN.mem [--port P] [--banks all|N|A-B] [--dir FOLDER]\n"
+    "      Send Data: the channels of IN.mem into the scanner.\n"
+    "      P is a port number of the binding (default: the one of com250.ini), a\n"
+    "      device path, or sim:MODEL for the built-in virtual scanner, whose\n"
+    "      memory is kept in FOLDER. Questions are answered yes.\n";
 } // namespace
 
 int usage(const std::string& problem)
@@ -62,5 +71,7 @@ int main(int argc, char** argv)
     const std::string command = args[0];
     args.erase(args.begin());
     if (command == "convert") return convert(args);
+    if (command == "read") return read(args);
+    if (command == "send") return send(args);
     return usage("unknown command " + command);
 }

@@ -1,0 +1,229 @@
+// kestractl read OUT.mem [--port P] [--banks all|N|A-B] [--merge] [--base IN.mem] [--dir FOLDER]
+// kestractl send IN.mem  [--port P] [--banks all|N|A-B] [--dir FOLDER]
+//
+// Read Data and Send Data without a window: the same engine and pipelines,
+// the confirmations answered with yes, progress on stderr.
+
+#include "kestractl.h"
+
+// The scanner first: Qt's headers take "slots" for a word of their own.
+#include "sim/virtualscanner.h"
+
+#include "app/appports.h"
+#include "core/memfile.h"
+#include "core/setupfile.h"
+#include "core/text.h"
+#include "editor/freqrules.h"
+#include "link/exchange.h"
+#include "link/portsetup.h"
+#include "link/readpipeline.h"
+#include "link/sendpipeline.h"
+#include "platform/appfolder.h"
+#include "platform/fake/scripteddialogs.h"
+#include "platform/fake/virtualscheduler.h"
+#include "platform/qt/qtprofilestore.h"
+#include "platform/qt/qtscheduler.h"
+#include "platform/qt/qtserialport.h"
+
+#include <QCoreApplication>
+
+#include <iostream>
+
+namespace kestra::ctl {
+
+namespace {
+
+struct Transfer {
+    bool read = true;
+    std::string file;
+    std::string port;
+    std::string banks = "all";
+    std::string base;
+    std::string folder = AppFolder::standard().path().string();
+    bool merge = false;
+};
+
+// --banks: "all", a bank 1..10, or a channel range "A-B".
+std::optional<ReadPipeline::Options> scopeOf(const std::string& banks)
+{
+    ReadPipeline::Options o;
+    if (banks == "all") {
+        o.scope = ReadPipeline::Scope::AllBanks;
+        return o;
+    }
+    const auto dash = banks.find('-');
+    if (dash != std::string::npos && dash > 0 && dash + 1 < banks.size()) {
+        o.scope = ReadPipeline::Scope::ChannelRange;
+        o.rangeStart = banks.substr(0, dash);
+        o.rangeEnd = banks.substr(dash + 1);
+        return o;
+    }
+    const long long n = IntVal(banks);
+    if (banks.find_first_not_of("0123456789") != std::string::npos || n < 1 || n > 10) return std::nullopt;
+    o.scope = ReadPipeline::Scope::SingleBank;
+    o.bank = static_cast<int>(n - 1);
+    return o;
+}
+
+bool runUntil(Scheduler& scheduler, const std::function<bool()>& done, double seconds)
+{
+    if (auto* virtualTime = dynamic_cast<VirtualScheduler*>(&scheduler))
+        return virtualTime->runUntil(done, static_cast<std::int64_t>(seconds * 1000));
+    const std::int64_t end = scheduler.now() + static_cast<std::int64_t>(seconds * 1000);
+    while (!done() && scheduler.now() < end) scheduler.wait(0.05);
+    return done();
+}
+
+int run(const Transfer& t)
+{
+    int argc = 1;
+    char name[] = "kestractl";
+    char* argv[] = {name, nullptr};
+    QCoreApplication app(argc, argv);
+
+    ScriptedDialogs dialogs;  // every question answered yes
+    std::string failure;
+    dialogs.onMessage = [&failure](const ScriptedDialogs::Shown& shown) {
+        std::cerr << utf8FromCp1252(shown.text) << '\n';
+        if (shown.buttons == Buttons::Ok) failure = shown.text;
+    };
+    const std::filesystem::path folder = t.folder;
+    Settings settings;
+    readSetup(settings, folder, readCom250(folder).usbc);
+    settings.expert = 0;
+    ComSettings com = readCom250(folder);
+
+    Document doc;
+    doc.clearstores();
+    QtProfileStore profile;
+    ModelSwitches model;
+    model.bc785d = static_cast<int>(IntVal(profile.get("model", "bc785d", "0")));
+    model.x96 = static_cast<int>(IntVal(profile.get("model", "x96", "0")));
+    model.ubc33 = static_cast<int>(IntVal(profile.get("model", "ubc33", "1")));
+    model.normalise();
+    doc.model = model;
+
+    const std::string source = t.read ? t.base : t.file;
+    if (!source.empty()) {
+        std::string bytes;
+        MemLoadResult loaded{MemLoadStatus::Invalid, 0, 0, 0, 53};
+        if (readFileBytes(source, bytes)) loaded = readMem(doc, bytes, 0);
+        if (loaded.status != MemLoadStatus::Loaded) {
+            std::cerr << loaded.message() << '\n';
+            return 1;
+        }
+    }
+
+    // The port: a number of the binding, a device path, or sim:MODEL.
+    std::unique_ptr<Scheduler> scheduler;
+    std::unique_ptr<AppPorts> ports;
+    std::unique_ptr<SerialPort> port;
+    if (t.port.rfind("sim:", 0) == 0) {
+        const auto simModel = modelFromName(t.port.substr(4));
+        if (!simModel) return usage("unknown model in " + t.port);
+        scheduler = std::make_unique<VirtualScheduler>();
+        ports = std::make_unique<AppPorts>(*scheduler, folder);
+        ports->binding.bind(1, PortBinding::kVirtual);
+        ports->virtualScanner(*simModel).setBaudRate(19200);
+        com.baud = 19200;
+        port = ports->port(1, *simModel);
+    } else {
+        scheduler = std::make_unique<QtScheduler>();
+        const bool number = !t.port.empty() && t.port.find_first_not_of("0123456789") == std::string::npos;
+        if (t.port.empty() || number) {
+            ports = std::make_unique<AppPorts>(*scheduler, folder);
+            const int n = t.port.empty() ? com.port : static_cast<int>(IntVal(t.port));
+            port = ports->port(n, model.model());
+            com.port = n;
+        } else {
+            port = std::make_unique<QtSerialPort>(t.port);
+        }
+    }
+    if (!port) {
+        std::cerr << "The selected comport is already in use or not available in your system!\n";
+        return 1;
+    }
+    com.baud = allowedBaud(com.baud, model);
+
+    ExchangeEngine engine(*port, *scheduler, dialogs, settings, com.port, com.baud,
+                          t.read ? ExchangeEngine::Caption::ReadData : ExchangeEngine::Caption::SendData);
+    auto options = scopeOf(t.banks);
+    if (!options) return usage("--banks takes all, a bank 1 to 10, or a range A-B");
+    options->merge = t.merge;
+
+    int shown = -1;
+    auto progress = [&] {
+        if (engine.status.progress != shown) {
+            shown = engine.status.progress;
+            std::cerr << "\rchannel " << engine.status.text4 << "  " << shown << "%   " << std::flush;
+        }
+        return false;
+    };
+    const double day = 24 * 3600;
+    bool finished = false;
+    if (t.read) {
+        ReadPipeline pipeline(engine, doc, dialogs, *scheduler, folder);
+        engine.openForm(doc.model.bc785d);
+        pipeline.open();
+        runUntil(*scheduler, [&] { return engine.commstate == 0; }, 60);
+        if (!pipeline.readData(*options)) return 1;
+        finished = runUntil(*scheduler, [&] { progress(); return pipeline.finished || engine.stopflag == 1; }, day) &&
+                   pipeline.finished;
+        if (pipeline.tagsread && settings.synctagsr == 1)
+            for (int b = 0; b < 10; ++b) doc.banktags[b] = pipeline.tags[b] == "_" ? " " : pipeline.tags[b];
+    } else {
+        SendPipeline pipeline(engine, doc, settings, dialogs, *scheduler, folder);
+        engine.openForm(doc.model.bc785d);
+        pipeline.open();
+        runUntil(*scheduler, [&] { return engine.commstate == 0; }, 60);
+        if (!pipeline.sendData(*options)) return 1;
+        finished = runUntil(*scheduler, [&] { progress(); return pipeline.finished || engine.stopflag == 1; }, day) &&
+                   pipeline.finished;
+    }
+    std::cerr << '\n';
+    port->close();
+    if (ports) ports->saveVirtualScanner();
+    if (!finished) {
+        if (failure.empty()) std::cerr << "The transfer did not finish.\n";
+        return 1;
+    }
+    if (t.read) {
+        checktable(doc, settings);
+        std::string out = t.file;
+        if (!contains(out, ".MEM") && !contains(out, ".mem")) out += ".mem";
+        if (const std::string error = writeFileAtomic(memSavePath(out), memText(doc, settings)); !error.empty()) {
+            std::cerr << "The file " << out << " could not be written (" << error << ").\n";
+            return 1;
+        }
+    }
+    return 0;
+}
+
+int transfer(const Args& words, bool read)
+{
+    Args args = words;
+    std::vector<std::pair<std::string, std::string>> options;
+    const std::vector<std::string> valued = read ? std::vector<std::string>{"--port", "--banks", "--base", "--dir"}
+                                                 : std::vector<std::string>{"--port", "--banks", "--dir"};
+    const std::vector<std::string> flags = read ? std::vector<std::string>{"--merge"} : std::vector<std::string>{};
+    if (!takeOptions(args, valued, flags, options)) return 2;
+    if (args.size() != 1) return usage(read ? "read takes OUT.mem" : "send takes IN.mem");
+    Transfer t;
+    t.read = read;
+    t.file = args[0];
+    for (const auto& [name, value] : options) {
+        if (name == "--port") t.port = value;
+        if (name == "--banks") t.banks = value;
+        if (name == "--base") t.base = value;
+        if (name == "--dir") t.folder = value;
+        if (name == "--merge") t.merge = true;
+    }
+    return run(t);
+}
+
+} // namespace
+
+int read(const Args& args) { return transfer(args, true); }
+int send(const Args& args) { return transfer(args, false); }
+
+} // namespace kestra::ctl
