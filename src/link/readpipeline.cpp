@@ -226,18 +226,21 @@ void ReadPipeline::decode(int state)
     }
 }
 
+std::string ReadPipeline::Options::kindsNotAvailable() const
+{
+    std::string note;
+    for (const auto& [ticked, kind] : {std::pair{trunkIds, "Trunk Id's"}, std::pair{trunkSettings, "Trunk Bank Settings"},
+                                       std::pair{searchEvents, "Search Events"}})
+        if (ticked) note += std::string(" ") + kind;
+    return note.empty() ? note : "Not yet available in this version:" + note;
+}
+
 void ReadPipeline::chainAfterChannels()
 {
-    // The reads of the other kinds come in this order; the last one ends the run.
-    std::vector<std::string> missing;
-    if (options_.trunkIds) missing.push_back("Trunk Id's");
-    if (options_.trunkSettings) missing.push_back("Trunk Bank Settings");
-    if (options_.searchEvents) missing.push_back("Search Events");
-    if (!missing.empty()) {
-        statusNote = "Not yet available in this version:";
-        for (const auto& kind : missing) statusNote += " " + kind;
-        engine_.status.text3 = statusNote;
-    }
+    // The reads of the other kinds would come here, in this order; the last
+    // one ends the run.
+    statusNote = options_.kindsNotAvailable();
+    if (!statusNote.empty()) engine_.status.text3 = statusNote;
     engine_.endRun();
 }
 

@@ -33,6 +33,10 @@ public:
         bool searchEvents = false;
         bool trunkSettings = false;
         bool merge = false;
+
+        // The kinds of data after the channels that this version cannot move
+        // yet ("Not yet available in this version: ..."), "" when none is ticked.
+        std::string kindsNotAvailable() const;
     };
 
     ReadPipeline(ExchangeEngine& engine, Document& doc, Dialogs& dialogs, Scheduler& scheduler,

@@ -311,15 +311,10 @@ void SendPipeline::frequencyStep()
 
 void SendPipeline::chainAfterChannels()
 {
-    std::vector<std::string> missing;
-    if (options_.trunkSettings) missing.push_back("Trunk Bank Settings");
-    if (options_.trunkIds) missing.push_back("Trunk Id's");
-    if (options_.searchEvents) missing.push_back("Search Events");
-    if (!missing.empty()) {
-        statusNote = "Not yet available in this version:";
-        for (const auto& kind : missing) statusNote += " " + kind;
-        engine_.status.text3 = statusNote;
-    }
+    // The sends of the other kinds would come here (trunk settings, trunk IDs,
+    // search ranges); the last one ends the run.
+    statusNote = options_.kindsNotAvailable();
+    if (!statusNote.empty()) engine_.status.text3 = statusNote;
     engine_.endRun();
 }
 

@@ -2,11 +2,11 @@
 
 #include "core/memfile.h"
 #include "core/text.h"
+#include "support/kestractl.h"
 #include "support/testfiles.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 
 using namespace kestra;
 using kestra::test::crlfLines;
@@ -16,23 +16,9 @@ using kestra::test::writeBytes;
 
 namespace {
 
-struct CtlRun {
-    int status = -1;
-    std::string err;
-};
+using kestra::test::CtlRun;
 
-CtlRun kestractl(const TempDir& home, const std::string& args)
-{
-    const std::string errFile = home.file("stderr.txt");
-    const std::string command = "HOME='" + home.path().string() + "' XDG_CONFIG_HOME='" + home.file("config") +
-                                "' XDG_DATA_HOME='" + home.file("data") + "' QT_QPA_PLATFORM=offscreen " KESTRACTL_PATH " " +
-                                args + " 2>'" + errFile + "' >/dev/null";
-    CtlRun run;
-    const int raw = std::system(command.c_str());
-    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    run.err = readBytes(errFile);
-    return run;
-}
+CtlRun kestractl(const TempDir& home, const std::string& args) { return kestra::test::runKestractl(home, args); }
 
 std::string someChannels()
 {

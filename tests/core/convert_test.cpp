@@ -6,13 +6,13 @@
 #include "platform/fake/memoryprofilestore.h"
 #include "platform/fake/scripteddialogs.h"
 #include "platform/fake/virtualscheduler.h"
+#include "support/kestractl.h"
 #include "support/testfiles.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdio>
-#include <sys/wait.h>
 
 using namespace kestra;
 using kestra::test::channelLine;
@@ -23,25 +23,9 @@ using kestra::test::writeBytes;
 
 namespace {
 
-struct CtlRun {
-    int status = -1;
-    std::string err;
-};
+using kestra::test::CtlRun;
 
-// Runs kestractl with the arguments; stderr is captured, the per-user store is
-// kept inside the test's folder.
-CtlRun kestractl(const TempDir& home, const std::string& args)
-{
-    const std::string errFile = home.file("stderr.txt");
-    const std::string command = "HOME='" + home.path().string() + "' XDG_CONFIG_HOME='" + home.file("config") +
-                                "' XDG_DATA_HOME='" + home.file("data") + "' " KESTRACTL_PATH " " + args + " 2>'" +
-                                errFile + "' >/dev/null";
-    CtlRun run;
-    const int raw = std::system(command.c_str());
-    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    run.err = readBytes(errFile);
-    return run;
-}
+CtlRun kestractl(const TempDir& home, const std::string& args) { return kestra::test::runKestractl(home, args); }
 
 // A document made and saved through the main window's routines, on a model.
 std::string savedByTheProgram(const TempDir& dir, Model model, const std::string& name)

@@ -138,3 +138,12 @@ TEST(ReadPipeline, AllBanksBringsEveryChannelBackOnEveryModel)
         for (int b = 0; b < 10; ++b) EXPECT_EQ(rig.doc.priochan[b], rig.scanner.memory().priority[b]);
     }
 }
+
+TEST(ReadPipeline, KindsNotBuiltYetAreNamedInTheirOrder)
+{
+    ReadPipeline::Options o;
+    EXPECT_EQ(o.kindsNotAvailable(), "");
+    o.searchEvents = true;
+    o.trunkIds = true;
+    EXPECT_EQ(o.kindsNotAvailable(), "Not yet available in this version: Trunk Id's Search Events");
+}

@@ -1,0 +1,21 @@
+#include "support/kestractl.h"
+
+#include <cstdlib>
+#include <sys/wait.h>
+
+namespace kestra::test {
+
+CtlRun runKestractl(const TempDir& home, const std::string& args)
+{
+    const std::string errFile = home.file("stderr.txt");
+    const std::string command = "HOME='" + home.path().string() + "' XDG_CONFIG_HOME='" + home.file("config") +
+                                "' XDG_DATA_HOME='" + home.file("data") + "' QT_QPA_PLATFORM=offscreen " KESTRACTL_PATH " " +
+                                args + " 2>'" + errFile + "' >/dev/null";
+    CtlRun run;
+    const int raw = std::system(command.c_str());
+    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    run.err = readBytes(errFile);
+    return run;
+}
+
+} // namespace kestra::test

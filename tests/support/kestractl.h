@@ -1,0 +1,18 @@
+#pragma once
+// Runs the kestractl program of this build as a user would, with its per-user
+// store and data folder inside a test's folder.
+
+#include "support/testfiles.h"
+
+#include <string>
+
+namespace kestra::test {
+
+struct CtlRun {
+    int status = -1;   // the exit status, -1 when it did not exit
+    std::string err;   // what it wrote on stderr
+};
+
+CtlRun runKestractl(const TempDir& home, const std::string& args);
+
+} // namespace kestra::test
