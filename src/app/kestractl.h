@@ -13,6 +13,7 @@ using Args = std::vector<std::string>;
 int usage(const std::string& problem);
 
 int convert(const Args& args);
+int detect(const Args& args);
 int read(const Args& args);
 int send(const Args& args);
 

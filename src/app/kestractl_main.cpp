@@ -18,6 +18,11 @@ const char* kUsage =
     "      MODEL is BC250D, BC296D, BC785D, BC796D or UBC3300 (default: the model\n"
     "      last chosen in the program). FOLDER holds setup.ini and the other files\n"
     "      of the program (default: the program's own folder).\n"
+    "  detect [--dir FOLDER]\n"
+    "      AutoDetect: try every bound port of FOLDER at every speed and print\n"
+    "      \"port N, baud B, model M\" for the last scanner that answered; exit\n"
+    "      status 1 when none did. The built-in virtual scanner answers as the\n"
+    "      model last chosen in the program (UBC3300 when none was).\n"
     "  read OUT.mem [--port P] [--banks all|N|A-B] [--merge] [--base IN.mem] [--dir FOLDER]\n"
     "      Read Data: the scanner's channels (all banks, bank N of 1..10, or the\n"
     "      channels A to B) into OUT.mem; --base starts from a file, --merge keeps\n"
@@ -71,6 +76,7 @@ int main(int argc, char** argv)
     const std::string command = args[0];
     args.erase(args.begin());
     if (command == "convert") return convert(args);
+    if (command == "detect") return detect(args);
     if (command == "read") return read(args);
     if (command == "send") return send(args);
     return usage("unknown command " + command);

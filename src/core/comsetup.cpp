@@ -208,6 +208,7 @@ Comsetup::Comsetup(MemTable& table, AppPorts& ports, QWidget* parent)
         if (option3d1_[8]->isChecked()) showBinding();
     });
     connect(portTarget_, &QComboBox::currentTextChanged, this, &Comsetup::bindTyped);
+    connect(portTarget_, &QComboBox::activated, this, [this](int index) { bindTyped(portTarget_->itemText(index)); });
     // Turning the box off puts the delays back at once, Cancel or not.
     connect(check1_, &QCheckBox::toggled, this, [this](bool on) {
         if (on) return;
@@ -262,8 +263,14 @@ void Comsetup::showBinding()
 {
     const int port = selectedPort();
     portTargetLabel_->setText(QString("com%1 is bound to:").arg(port));
+    // The list's choice follows the text, so that picking it again still counts.
+    const QString text = targetText(ports_.binding.target(port));
     showing_ = true;
-    portTarget_->setCurrentText(targetText(ports_.binding.target(port)));
+    portTarget_->setCurrentIndex(-1);
+    if (const int at = portTarget_->findText(text); at >= 0)
+        portTarget_->setCurrentIndex(at);
+    else
+        portTarget_->setEditText(text);
     showing_ = false;
     refreshBindings();
 }

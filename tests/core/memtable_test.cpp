@@ -543,3 +543,28 @@ TEST(StartAndExit, TheFilesOfTheFolderAreReadAtStartAndWrittenAtUnload)
     t.table.formLoad();
     EXPECT_EQ(t.doc.banktags[0], "Bank: 1");
 }
+
+TEST(StartAndExit, ThePortSettingsAreKeptWithTheSpeedTheModelCanDo)
+{
+    Table t;
+    writeBytes(file(t, "com250.ini"), "[com]\r\nport=12\r\nbaud=57600\r\nusbc=1\r\n");
+    t.profile.set("model", "bc785d", "1");
+    t.profile.set("model", "x96", "1");
+    t.profile.set("model", "ubc33", "0");
+    t.table.readProfile();
+    t.table.readSettingsFiles();
+    EXPECT_EQ(t.table.com.port, 12);
+    EXPECT_EQ(t.table.com.baud, 57600);   // the BC796D has the fast speeds
+    EXPECT_EQ(t.table.com.usbc, 1);
+    EXPECT_EQ(t.settings.delay1, 200);
+
+    // Neither the UBC3300 nor a model without x96 starts above 19200.
+    for (const char* model : {"ubc", "bc785d"}) {
+        SCOPED_TRACE(model);
+        t.profile.set("model", "ubc33", std::string(model) == "ubc" ? "1" : "0");
+        t.profile.set("model", "x96", std::string(model) == "ubc" ? "1" : "0");
+        t.table.readProfile();
+        t.table.readSettingsFiles();
+        EXPECT_EQ(t.table.com.baud, 19200);
+    }
+}

@@ -7,14 +7,15 @@ namespace kestra::test {
 
 CtlRun runKestractl(const TempDir& home, const std::string& args)
 {
-    const std::string errFile = home.file("stderr.txt");
+    const std::string errFile = home.file("stderr.txt"), outFile = home.file("stdout.txt");
     const std::string command = "HOME='" + home.path().string() + "' XDG_CONFIG_HOME='" + home.file("config") +
                                 "' XDG_DATA_HOME='" + home.file("data") + "' QT_QPA_PLATFORM=offscreen " KESTRACTL_PATH " " +
-                                args + " 2>'" + errFile + "' >/dev/null";
+                                args + " 2>'" + errFile + "' >'" + outFile + "'";
     CtlRun run;
     const int raw = std::system(command.c_str());
     run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     run.err = readBytes(errFile);
+    run.out = readBytes(outFile);
     return run;
 }
 

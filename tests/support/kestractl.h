@@ -11,6 +11,7 @@ namespace kestra::test {
 struct CtlRun {
     int status = -1;   // the exit status, -1 when it did not exit
     std::string err;   // what it wrote on stderr
+    std::string out;   // what it wrote on stdout
 };
 
 CtlRun runKestractl(const TempDir& home, const std::string& args);
