@@ -1,0 +1,363 @@
+// The transfer window arcomm8 as "Read Data", on a virtual scanner in virtual
+// time: what it shows when it opens, its options, a run from the click to the
+// window closing, STOP, and a scanner that does not answer.
+
+// The scanner's headers come before Qt's: Qt's keyword macros would otherwise
+// reach into them.
+#include "sim/documentmapping.h"
+#include "sim/virtualport.h"
+#include "sim/virtualscanner.h"
+
+#include "core/arcomm8.h"
+#include "core/text.h"
+
+#include "platform/fake/scripteddialogs.h"
+#include "platform/fake/virtualscheduler.h"
+
+#include "support/testfiles.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace kestra {
+namespace {
+
+QString qs(const char* text) { return QString::fromUtf8(text); }
+
+// A scanner holding channels in banks 1 and 2, with tags of its own.
+void fillScanner(sim::VirtualScanner& scanner)
+{
+    Document source;
+    source.clearstores();
+    source.model = ModelSwitches::of(scanner.model());
+    auto put = [&](int bank, int row, const char* freq, const char* tag) {
+        auto& line = source.memdata[bank][row];
+        line[col::freq] = freq;
+        line[col::tag] = tag;
+        for (int c : {col::trunk, col::record, col::delay, col::recordHidden, col::beep, col::lockout, col::atten,
+                      col::mode, col::step})
+            line[c] = "0";
+        line[col::tone] = "0";
+    };
+    put(0, 1, "0146.5200", "Calling");
+    put(1, 1, "0155.1000", "Fire dispatch");
+    put(1, 2, "0155.2250", "Fire \"tac\"");
+    put(1, 40, "0460.2500", "Police");
+    sim::fillFromDocument(scanner.memory(), source);
+    for (int b = 0; b < 10; ++b) scanner.memory().bankTags[b] = "";
+    scanner.memory().bankTags[0] = "Home";
+    scanner.memory().bankTags[1] = "Fire, EMS";
+    scanner.memory().priority[1] = 140;
+}
+
+class Arcomm8Test : public ::testing::Test {
+protected:
+    test::TempDir dir;
+    VirtualScheduler scheduler;
+    ScriptedDialogs dialogs;
+    Settings settings;
+    Document doc;
+    std::unique_ptr<sim::VirtualScanner> scanner;
+    std::shared_ptr<VirtualDevice> device = std::make_shared<VirtualDevice>();
+    std::unique_ptr<Arcomm8> window;
+
+    // A scanner of the model at the speed; the document starts with the
+    // model given (which need not be the scanner's).
+    void attach(Model model, int baud = 19200, Model docModel = Model::BC785D)
+    {
+        scanner = std::make_unique<sim::VirtualScanner>(model, baud);
+        device->respond = [this](std::string_view b) { return scanner->receive(b); };
+        device->baud = [this] { return scanner->baudRate(); };
+        doc.clearstores();
+        doc.model = ModelSwitches::of(docModel);
+    }
+
+    // Opens the window on a port to the scanner; showing it runs its load.
+    void open(int baud = 19200, bool unbound = false)
+    {
+        Arcomm8::Link link;
+        if (!unbound) link.port = std::make_unique<VirtualPort>(scheduler, device);
+        link.comport = 1;
+        link.baud = baud;
+        window = std::make_unique<Arcomm8>(Arcomm8::Caption::ReadData,
+                                           Arcomm8::Services{doc, settings, dialogs, scheduler, dir.path()},
+                                           std::move(link));
+        window->show();
+    }
+
+    // Lets the opening reads run to their end.
+    void openingDone()
+    {
+        scheduler.runUntil([this] { return window->engine().status.text3 == "Trunk type read Ok"; }, 60'000);
+        window->refreshStatus();
+    }
+
+    void click(QAbstractButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
+
+    // Runs virtual time until the run has ended one way or the other.
+    bool runToEnd()
+    {
+        return scheduler.runUntil([this] { return window->runFinished() || window->engine().stopflag == 1; },
+                                  3600'000);
+    }
+
+    std::vector<std::string> messages() const
+    {
+        std::vector<std::string> m;
+        for (const auto& s : dialogs.shown) m.push_back(s.text);
+        return m;
+    }
+};
+
+TEST_F(Arcomm8Test, OpeningWakesTheScannerKeepsTheModelWordAndShowsTheBankTags)
+{
+    attach(Model::BC785D, 19200, Model::BC250D);
+    fillScanner(*scanner);
+    open();
+    EXPECT_EQ(window->windowTitle(), qs("Read Data"));
+    // The model word names the family of the frame, whatever the document's model.
+    EXPECT_TRUE(contains(window->modelWord(), "BC785D")) << window->modelWord();
+    EXPECT_EQ(window->frame3D2()->title(), qs("Communication BC7xxD"));
+    EXPECT_EQ(test::readBytes(dir.path() / "version.ini"), window->modelWord());
+
+    // Before the tags are in, the lines carry the channels and the bank only.
+    EXPECT_EQ(window->combo1()->count(), 10);
+    EXPECT_EQ(window->combo1()->itemText(1), qs("101 - 200 / 2"));
+    EXPECT_EQ(window->combo1()->currentIndex(), -1);
+    openingDone();
+    EXPECT_EQ(window->combo1()->itemText(0), qs("1 - 100 / 1 / Home"));
+    EXPECT_EQ(window->combo1()->itemText(1), qs("101 - 200 / 2 / Fire; EMS"));
+    EXPECT_EQ(window->combo1()->itemText(9), qs("901 - 1000 / 10 / _"));
+    EXPECT_EQ(window->text3()->text(), qs("Trunk type read Ok"));
+    EXPECT_TRUE(messages().empty());
+}
+
+TEST_F(Arcomm8Test, TheFrameNamesTheBc2xxFamilyByTheModelWord)
+{
+    attach(Model::BC250D, 19200, Model::BC785D);
+    open();
+    EXPECT_EQ(window->frame3D2()->title(), qs("Communication BC2xxD"));
+}
+
+TEST_F(Arcomm8Test, TheDelaySliderShowsAtFastSpeedsAndSetsTheStepDelay)
+{
+    attach(Model::BC785D, 9600);
+    open(9600);
+    for (QWidget* w : {static_cast<QWidget*>(window->label6()), static_cast<QWidget*>(window->text6()),
+                       static_cast<QWidget*>(window->hscroll1()), static_cast<QWidget*>(window->command10())})
+        EXPECT_FALSE(w->isVisible()) << w->objectName().toStdString();
+
+    attach(Model::BC785D, 19200);
+    settings.delay1 = 10;   // below the floor: the window loads with 25
+    open(19200);
+    ASSERT_TRUE(window->hscroll1()->isVisible());
+    EXPECT_TRUE(window->label6()->isVisible());
+    EXPECT_EQ(window->hscroll1()->minimum(), 25);
+    EXPECT_EQ(window->hscroll1()->maximum(), 1000);
+    EXPECT_EQ(window->hscroll1()->value(), 25);
+    EXPECT_EQ(window->text6()->text(), qs("25"));
+
+    auto base = [this] { return window->text6()->palette().color(QPalette::Base); };
+    EXPECT_EQ(base(), QColor(255, 0, 0));   // below 100: the warning colour
+    window->hscroll1()->setValue(250);
+    EXPECT_EQ(settings.delay1, 250);
+    EXPECT_EQ(window->engine().stepDelay(), 250);
+    EXPECT_EQ(window->text6()->text(), qs("250"));
+    EXPECT_EQ(base(), QColor(0, 255, 0));
+    window->hscroll1()->setValue(99);
+    EXPECT_EQ(base(), QColor(255, 0, 0));
+    window->hscroll1()->setValue(100);
+    EXPECT_EQ(base(), QColor(0, 255, 0));
+
+    window->hscroll1()->setValue(600);
+    click(window->command10());
+    EXPECT_EQ(settings.delay1, 100);
+    EXPECT_EQ(window->hscroll1()->value(), 100);
+    EXPECT_EQ(window->text6()->text(), qs("100"));
+}
+
+TEST_F(Arcomm8Test, ARangeReadsFrequenciesOnlyAndTheBankOptionsGiveTheOtherKindsBack)
+{
+    attach(Model::BC785D);
+    open();
+    EXPECT_EQ(window->option3D2(0)->text(), qs("All Banks"));
+    EXPECT_EQ(window->option3D2(1)->text(), qs("Single Bank:"));
+    EXPECT_EQ(window->option3D2(2)->text(), qs("Channel Range:"));
+    EXPECT_EQ(window->command22()->text(), qs("All"));
+    EXPECT_EQ(window->check3D5()->text(), qs("Merge Data"));
+    const char* kinds[] = {"Frequencies", "Trunk Id's", "Search Events", "Trunk Bank Settings"};
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(window->check3D3(i)->text(), qs(kinds[i]));
+
+    for (int i = 1; i < 4; ++i) window->check3D3(i)->setChecked(true);
+    window->check3D3(0)->setChecked(false);
+    click(window->option3D2(2));
+    EXPECT_TRUE(window->check3D3(0)->isChecked());
+    EXPECT_TRUE(window->check3D3(0)->isEnabled());
+    for (int i = 1; i < 4; ++i) {
+        EXPECT_FALSE(window->check3D3(i)->isChecked()) << i;
+        EXPECT_FALSE(window->check3D3(i)->isEnabled()) << i;
+    }
+    // "All" with a range: Frequencies and Search Events only.
+    click(window->command22());
+    EXPECT_TRUE(window->check3D3(0)->isChecked());
+    EXPECT_FALSE(window->check3D3(1)->isChecked());
+    EXPECT_TRUE(window->check3D3(2)->isChecked());
+    EXPECT_FALSE(window->check3D3(3)->isChecked());
+
+    for (int option : {0, 1}) {
+        click(window->option3D2(2));
+        click(window->option3D2(option));
+        for (int i = 1; i < 4; ++i) EXPECT_TRUE(window->check3D3(i)->isEnabled()) << option << " " << i;
+        click(window->command22());
+        for (int i = 0; i < 4; ++i) EXPECT_TRUE(window->check3D3(i)->isChecked()) << option << " " << i;
+    }
+    // The kinds this version does not move yet are named in the window.
+    EXPECT_TRUE(window->noteLabel()->isVisibleTo(window.get()));
+    EXPECT_TRUE(window->noteLabel()->text().contains("Trunk Id's"));
+    for (int i = 1; i < 4; ++i) window->check3D3(i)->setChecked(false);
+    EXPECT_FALSE(window->noteLabel()->isVisibleTo(window.get()));
+}
+
+TEST_F(Arcomm8Test, TheRangeFieldsTakeDigitsMinusAndPointOnly)
+{
+    attach(Model::BC785D);
+    open();
+    QLineEdit* start = window->text10(0);
+    start->setFocus();
+    QTest::keyClicks(start, "1a2 -.x3");
+    EXPECT_EQ(start->text(), qs("12-.3"));
+    QTest::keyClick(start, Qt::Key_Backspace);
+    EXPECT_EQ(start->text(), qs("12-."));
+}
+
+TEST_F(Arcomm8Test, ASingleBankReadFillsTheBankAndClosesTheWindow)
+{
+    attach(Model::BC785D);
+    fillScanner(*scanner);
+    doc.memdata[1][50][col::freq] = "0853.0000";   // cleared before the read
+    doc.memdata[1][50][col::tag] = "Stale";
+    doc.memdata[0][1][col::tag] = "Not read";      // another bank stays
+    open();
+    openingDone();
+    click(window->option3D2(1));
+    window->combo1()->setCurrentIndex(1);
+    click(window->command1());
+    EXPECT_TRUE(window->runStarted());
+    EXPECT_FALSE(window->command1()->isEnabled());
+    EXPECT_FALSE(window->frame3D6()->isEnabled());
+
+    // Half way the status fields follow the channel.
+    scheduler.runUntil([this] { return window->engine().chanid >= 150; }, 3600'000);
+    window->refreshStatus();
+    EXPECT_EQ(window->text4()->text(), qs("150"));
+    EXPECT_GT(window->panel3d1()->value(), 40);
+    EXPECT_LT(window->panel3d1()->value(), 60);
+
+    ASSERT_TRUE(runToEnd());
+    EXPECT_TRUE(window->runFinished());
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(window->result(), QDialog::Accepted);
+    EXPECT_TRUE(messages().empty());
+
+    EXPECT_EQ(doc.memdata[1][1][col::freq], "0155.1000");
+    EXPECT_EQ(doc.memdata[1][1][col::tag], "Fire dispatch");
+    EXPECT_EQ(doc.memdata[1][2][col::tag], "Fire  tac ");
+    EXPECT_EQ(doc.memdata[1][40][col::freq], "0460.2500");
+    EXPECT_EQ(doc.memdata[1][50][col::freq], "0000.0000");
+    EXPECT_EQ(doc.memdata[1][50][col::tag], " ");
+    EXPECT_EQ(doc.memdata[0][1][col::tag], "Not read");
+    EXPECT_EQ(doc.priochan[1], 140);
+    EXPECT_EQ(window->readPipeline()->onebankread, 1);
+    EXPECT_TRUE(std::filesystem::exists(dir.path() / "rxdat.txt"));
+}
+
+TEST_F(Arcomm8Test, StopEndsTheRunKeepsWhatWasReadAndGivesTheButtonsBack)
+{
+    attach(Model::BC785D);
+    fillScanner(*scanner);
+    open();
+    openingDone();
+    click(window->option3D2(0));
+    click(window->command1());
+    ASSERT_TRUE(window->runStarted());
+    scheduler.runUntil([this] { return window->engine().chanid >= 120; }, 3600'000);
+    click(window->command3d1());
+
+    EXPECT_EQ(window->engine().stopflag, 1);
+    EXPECT_TRUE(window->engine().port().isOpen());
+    EXPECT_TRUE(window->command1()->isEnabled());
+    EXPECT_TRUE(window->frame3D6()->isEnabled());
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_FALSE(window->runFinished());
+
+    // Nothing more is read however long the window stays.
+    const int at = window->engine().chanid;
+    scheduler.advance(60'000);
+    EXPECT_EQ(window->engine().chanid, at);
+    EXPECT_EQ(doc.memdata[0][1][col::freq], "0146.5200");
+    EXPECT_EQ(doc.memdata[1][1][col::freq], "0155.1000");
+    EXPECT_EQ(doc.memdata[1][40][col::freq], "Empty");   // cleared, not reached
+    EXPECT_TRUE(messages().empty());
+}
+
+TEST_F(Arcomm8Test, AScannerThatDoesNotAnswerIsNotDetected)
+{
+    attach(Model::BC785D);
+    device->respond = [](std::string_view) { return std::string(); };
+    open();
+    EXPECT_EQ(window->frame3D2()->title(), qs("Communication BC7xxD"));   // the document's family
+    openingDone();
+    dialogs.shown.clear();
+    click(window->option3D2(0));
+    click(window->command1());
+    ASSERT_EQ(dialogs.shown.size(), 1u);
+    EXPECT_EQ(dialogs.shown[0].text, "No scanner detected at comport. Check baudrate/comport/scanner is in remote mode");
+    EXPECT_EQ(dialogs.shown[0].icon, Icon::Critical);
+    EXPECT_FALSE(window->runStarted());
+    EXPECT_TRUE(window->command1()->isEnabled());
+    EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(Arcomm8Test, APortBoundToNothingIsToldAtLoadAndTheWindowStays)
+{
+    attach(Model::BC785D);
+    open(19200, true);
+    ASSERT_FALSE(dialogs.shown.empty());
+    EXPECT_EQ(dialogs.shown[0].text, "The selected comport is already in use or not available in your system!");
+    EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(Arcomm8Test, ClosingTheWindowMidRunStopsTheRunAndLetsGoOfThePort)
+{
+    attach(Model::BC785D);
+    fillScanner(*scanner);
+    open();
+    openingDone();
+    ASSERT_TRUE(window->engine().port().isOpen());
+    EXPECT_TRUE(device->held);
+    click(window->option3D2(0));
+    click(window->command1());
+    scheduler.runUntil([this] { return window->engine().chanid >= 10; }, 3600'000);
+    window->reject();
+    EXPECT_FALSE(device->held);
+    EXPECT_EQ(window->engine().stopflag, 1);
+    const int at = window->engine().chanid;
+    scheduler.advance(60'000);
+    EXPECT_EQ(window->engine().chanid, at);
+    EXPECT_FALSE(device->held);
+}
+
+} // namespace
+} // namespace kestra
