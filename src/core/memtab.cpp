@@ -1,5 +1,6 @@
 #include "core/memtab.h"
 #include "app/appports.h"
+#include "core/arcomm8.h"
 #include "core/comsetup.h"
 #include "core/defdata.h"
 #include "core/softset.h"
@@ -370,7 +371,7 @@ void Memtab::buildMenus()
 
     // The scanner model's menu.
     modelMenu_ = topMenu("men_ar5", ("&" + table_.modelName()).c_str());
-    addEntry(modelMenu_, "menread", "&Read Data From Scanner");
+    addEntry(modelMenu_, "menread", "&Read Data From Scanner", true);
     addEntry(modelMenu_, "memsend", "&Send Data To Scanner");
     modelMenu_->addSeparator();
     addEntry(modelMenu_, "vc", "&Virtual Control");
@@ -452,6 +453,7 @@ void Memtab::buildMenus()
     connectEntry("runband2", &Memtab::menuBandplanAllBanks);
     connectEntry("shortkey", &Memtab::showShortcuts);
     connectPortEntry("comset", &Memtab::menuComset);
+    connectPortEntry("menread", &Memtab::menuReadData);
 }
 
 void Memtab::buildToolbars()
@@ -1231,6 +1233,38 @@ void Memtab::menuComset()
     // The widths kept for the new layout; the alignment goes with every cell.
     if (auto widths = readColumnWidths(table_.doc().model.bc785d, folder_.path())) setColumnWidthsTwips(*widths);
     updateCaption();
+}
+
+void Memtab::menuReadData()
+{
+    // Reading clears what it reads: the unsaved document may be saved first,
+    // and the grid goes into the store before the window works on it.
+    commitEdit();
+    if (!table_.askClearTable()) return;
+    if (!table_.createbank()) return;
+    Document& doc = table_.doc();
+    const ModelSwitches modelBefore = doc.model;
+    const ComSettings com = table_.com;
+    Arcomm8 dialog(Arcomm8::Caption::ReadData,
+                   {doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
+                   {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    dialog.exec();
+
+    // The bank tags read when the window opened replace the document's after
+    // a finished read, when the settings ask for it.
+    const ReadPipeline* read = dialog.readPipeline();
+    if (dialog.runFinished() && read && read->tagsread && table_.settings().synctagsr == 1) {
+        for (int b = 0; b < 10; ++b) doc.banktags[b] = read->tags[b].empty() ? " " : read->tags[b];
+        bankTagsChanged();
+    }
+    // The model check of the read may have found another model on the cable:
+    // the grid takes its layout without reading the old one back.
+    if (!(doc.model == modelBefore)) {
+        table_.applyLayout();
+        updateCaption();
+    }
+    if (dialog.runStarted()) table_.markDirty();
+    table_.fillgrid();
 }
 
 void Memtab::menuSetupDefaultData()

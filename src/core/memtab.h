@@ -158,6 +158,7 @@ private:
     void toggleHelpbar(bool on);
     void menuSoftOptions();
     void menuComset();
+    void menuReadData();
     void menuSetupDefaultData();
     void menuResetTableWidth();
     void menuCheckTable();

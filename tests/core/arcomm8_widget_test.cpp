@@ -1,6 +1,7 @@
 // The transfer window arcomm8 as "Read Data", on a virtual scanner in virtual
 // time: what it shows when it opens, its options, a run from the click to the
-// window closing, STOP, and a scanner that does not answer.
+// window closing, STOP, and a scanner that does not answer; then Read Data from
+// the main window, through the window into the grid.
 
 // The scanner's headers come before Qt's: Qt's keyword macros would otherwise
 // reach into them.
@@ -8,14 +9,21 @@
 #include "sim/virtualport.h"
 #include "sim/virtualscanner.h"
 
+#include "app/appports.h"
 #include "core/arcomm8.h"
+#include "core/gridmodel.h"
+#include "core/memtab.h"
+#include "core/memtable.h"
 #include "core/text.h"
 
+#include "platform/fake/memoryprofilestore.h"
 #include "platform/fake/scripteddialogs.h"
 #include "platform/fake/virtualscheduler.h"
 
 #include "support/testfiles.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -25,10 +33,14 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QTabBar>
 #include <QTest>
+#include <QTimer>
+#include <QToolBar>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 
 namespace kestra {
@@ -357,6 +369,171 @@ TEST_F(Arcomm8Test, ClosingTheWindowMidRunStopsTheRunAndLetsGoOfThePort)
     scheduler.advance(60'000);
     EXPECT_EQ(window->engine().chanid, at);
     EXPECT_FALSE(device->held);
+}
+
+// Read Data from the main window: the guard, the question of an unsaved
+// document, and the read through the window into the grid.
+class ReadDataMenuTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        settings.option4 = 1;   // exit without the question
+        table = std::make_unique<MemTable>(doc, settings, grid,
+                                           MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
+        table->readProfile();
+        table->readSettingsFiles();
+        ports = std::make_unique<AppPorts>(scheduler, dir.path());
+        fillScanner(ports->virtualScanner(doc.model.model()));
+        window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
+        window->setPorts(ports.get());
+        window->formLoad();
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    }
+    void TearDown() override
+    {
+        window.reset();
+        ports.reset();
+        table.reset();
+    }
+
+    // Runs body on the transfer window once it is up (its load has run by
+    // then), triggering the entry opens it; what body leaves open is closed.
+    // False when no transfer window opened.
+    bool whileOpen(const std::function<void(Arcomm8*)>& body)
+    {
+        bool opened = false;
+        QTimer timer;
+        timer.setSingleShot(true);
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            auto* dialog = qobject_cast<Arcomm8*>(QApplication::activeModalWidget());
+            if (!dialog) return;
+            opened = true;
+            body(dialog);
+            if (dialog->isVisible()) dialog->reject();
+        });
+        timer.start(0);
+        window->action("menread")->trigger();
+        timer.stop();
+        return opened;
+    }
+
+    QString shown(int row, int col) const
+    {
+        return window->gridModel()->data(window->gridModel()->indexOfCell(row, col)).toString();
+    }
+
+    test::TempDir dir;
+    VirtualScheduler scheduler;
+    ScriptedDialogs dialogs;
+    MemoryProfileStore profile;
+    Settings settings;
+    Document doc;
+    Grid grid;
+    std::unique_ptr<MemTable> table;
+    std::unique_ptr<AppPorts> ports;
+    std::unique_ptr<Memtab> window;
+};
+
+TEST_F(ReadDataMenuTest, ReadingBankTwoThroughTheWindowFillsTheGridAndTheTabs)
+{
+    settings.synctagsr = 1;
+    // Bank 2 is on show with a channel the scanner does not have.
+    doc.memdata[1][50][col::freq] = "0853.0000";
+    doc.memdata[1][50][col::tag] = "Stale";
+    QTest::mouseClick(window->tabbed1(), Qt::LeftButton, {}, window->tabbed1()->tabRect(1).center());
+    ASSERT_EQ(doc.currentBank, 1);
+    ASSERT_EQ(shown(50, 2), qs("Stale"));
+    ASSERT_TRUE(window->action("menread")->isEnabled());
+    bool closedByItself = false;
+    ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
+        EXPECT_EQ(w->windowTitle(), qs("Read Data"));
+        scheduler.runUntil([w] { return w->readPipeline()->tagsread; }, 60'000);
+        w->refreshStatus();
+        EXPECT_EQ(w->combo1()->itemText(1), qs("101 - 200 / 2 / Fire; EMS"));
+        QTest::mouseClick(w->option3D2(1), Qt::LeftButton);
+        w->combo1()->setCurrentIndex(1);
+        QTest::mouseClick(w->command1(), Qt::LeftButton);
+        scheduler.runUntil([w] { return !w->isVisible(); }, 3600'000);
+        closedByItself = !w->isVisible() && w->runFinished();
+    }));
+    EXPECT_TRUE(closedByItself);
+    EXPECT_TRUE(dialogs.shown.empty()) << dialogs.shown.front().text;
+    EXPECT_TRUE(doc.dirty);
+
+    // The tags as read, an empty one as the scanner's "_".
+    EXPECT_EQ(doc.banktags[1], "Fire; EMS");
+    EXPECT_EQ(doc.banktags[2], "_");
+    EXPECT_EQ(window->tabbed1()->tabText(1), qs("2: Fire; EMS"));
+    EXPECT_EQ(window->tabbed1()->tabText(0), qs("1: Home"));
+
+    EXPECT_EQ(shown(1, 1), qs("0155.1000"));
+    EXPECT_EQ(shown(1, 2), qs("Fire dispatch"));
+    EXPECT_EQ(shown(2, 2), qs("Fire  tac "));
+    EXPECT_EQ(shown(40, 1), qs("0460.2500"));
+    EXPECT_EQ(shown(40, 2), qs("Police"));
+    EXPECT_EQ(shown(3, 1), qs(""));
+    EXPECT_EQ(shown(50, 2), qs(""));
+}
+
+TEST_F(ReadDataMenuTest, TagsStayWhenTheSettingIsOffOrNoRunFinished)
+{
+    const std::string before = doc.banktags[1];
+    settings.synctagsr = 0;
+    ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
+        scheduler.runUntil([w] { return w->readPipeline()->tagsread; }, 60'000);
+        QTest::mouseClick(w->option3D2(2), Qt::LeftButton);
+        w->text10(0)->setText("101");
+        w->text10(1)->setText("102");
+        QTest::mouseClick(w->command1(), Qt::LeftButton);
+        scheduler.runUntil([w] { return !w->isVisible(); }, 3600'000);
+    }));
+    EXPECT_EQ(doc.banktags[1], before);
+    EXPECT_EQ(doc.memdata[1][1][col::freq], "0155.1000");
+    EXPECT_TRUE(doc.dirty);
+
+    // Opened and closed again without a read: the tags read stay out and the
+    // document is not marked.
+    settings.synctagsr = 1;
+    doc.dirty = false;
+    ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
+        scheduler.runUntil([w] { return w->readPipeline()->tagsread; }, 60'000);
+    }));
+    EXPECT_EQ(doc.banktags[1], before);
+    EXPECT_FALSE(doc.dirty);
+}
+
+TEST_F(ReadDataMenuTest, AnUnsavedDocumentIsAskedAboutFirst)
+{
+    doc.dirty = true;
+    dialogs.answers = {Answer::Cancel};
+    EXPECT_FALSE(whileOpen([](Arcomm8*) {}));
+    ASSERT_EQ(dialogs.shown.size(), 1u);
+    EXPECT_EQ(dialogs.shown[0].text, "This will clear your table.\r\nIf not saved, data is lost!\r\nSave data?");
+    EXPECT_EQ(dialogs.shown[0].buttons, Buttons::YesNoCancel);
+
+    dialogs.answers = {Answer::No};
+    EXPECT_TRUE(whileOpen([](Arcomm8*) {}));
+}
+
+TEST_F(ReadDataMenuTest, TheVirtualControlKeepsThePort)
+{
+    table->vcrunning = true;
+    EXPECT_FALSE(whileOpen([](Arcomm8*) {}));
+    ASSERT_EQ(dialogs.shown.size(), 1u);
+    EXPECT_EQ(dialogs.shown[0].text, MemTable::kVcRunning);
+
+    // The toolbar button goes the same way.
+    QAction* button = nullptr;
+    for (QAction* a : window->toolbar1()->actions())
+        if (a->property("key").toString() == "menread") button = a;
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(button->toolTip(), qs("Read data from scanner"));
+    EXPECT_TRUE(button->isEnabled());
+    dialogs.shown.clear();
+    button->trigger();
+    ASSERT_EQ(dialogs.shown.size(), 1u);
+    EXPECT_EQ(dialogs.shown[0].text, MemTable::kVcRunning);
 }
 
 } // namespace
