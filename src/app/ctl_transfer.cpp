@@ -6,7 +6,6 @@
 
 #include "kestractl.h"
 
-// The scanner first: Qt's headers take "slots" for a word of their own.
 #include "sim/virtualscanner.h"
 
 #include "app/appports.h"

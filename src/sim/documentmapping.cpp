@@ -231,7 +231,7 @@ FillReport fillFromDocument(ScannerMemory& memory, const Document& doc)
                     slot.record = isOn(row[2]);
                     slot.beep = isOn(row[3]);
                 }
-                list.slots[d] = slot;
+                list.idSlots[d] = slot;
             }
         }
     }
@@ -338,7 +338,7 @@ void writeToDocument(const ScannerMemory& memory, Document& doc)
             const IdList& list = memory.ids[b][l];
             doc.trunklisttags[b][l] = list.tag;
             for (int d = 0; d < kSlots; ++d) {
-                const IdSlot& slot = list.slots[d];
+                const IdSlot& slot = list.idSlots[d];
                 auto& row = doc.trunkids[b][l * 10 + d];
                 row[0] = slot.id;
                 row[1] = slot.empty() ? "" : slot.tag;

@@ -137,7 +137,7 @@ struct IdSlot {
 
 struct IdList {
     std::string tag;
-    std::array<IdSlot, kSlots> slots{};  // by the slot digit: index 0 is the tenth
+    std::array<IdSlot, kSlots> idSlots{};  // by the slot digit: index 0 is the tenth
     bool active = true;                   // scanned in ID scan
 };
 

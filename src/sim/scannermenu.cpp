@@ -216,7 +216,7 @@ std::vector<std::string> Menu::options(const Frame& frame) const
 int Menu::currentOption(const Frame& frame) const
 {
     const TrunkBank& t = mem_.trunk[frame.bank];
-    const IdSlot& slot = mem_.ids[frame.bank][frame.list].slots[frame.slot];
+    const IdSlot& slot = mem_.ids[frame.bank][frame.list].idSlots[frame.slot];
     const GeneralParameters& g = mem_.general;
     const SearchRange& range = mem_.search[frame.range];
     const auto onOff = [](bool on) { return on ? 0 : 1; };
@@ -262,7 +262,7 @@ int Menu::currentOption(const Frame& frame) const
 void Menu::applyOption(const Frame& frame, int index)
 {
     TrunkBank& t = mem_.trunk[frame.bank];
-    IdSlot& slot = mem_.ids[frame.bank][frame.list].slots[frame.slot];
+    IdSlot& slot = mem_.ids[frame.bank][frame.list].idSlots[frame.slot];
     GeneralParameters& g = mem_.general;
     SearchRange& range = mem_.search[frame.range];
     const bool on = index == 0;
@@ -421,7 +421,7 @@ std::string Menu::name(const Frame& frame) const
     case Node::TrunkBank: return systemName(mem_.trunk[frame.bank]);
     case Node::IdEntry: return "ID LIST";
     case Node::IdSlot: {
-        const IdSlot& slot = mem_.ids[frame.bank][frame.list].slots[frame.slot];
+        const IdSlot& slot = mem_.ids[frame.bank][frame.list].idSlots[frame.slot];
         return "ID " + number(frame.list + 1) + "-" + number(frame.slot == 0 ? 10 : frame.slot) + " " +
                (slot.empty() ? std::string("------") : slot.id);
     }

@@ -582,8 +582,10 @@ std::string VirtualScanner::dispatch(std::string_view line)
         return kOk;
     }
 
+    // "MA" alone stops on the channel the scanner is on and answers it, the
+    // way clients that follow the scanner ask where it is.
     if (startsWith(line, "MA")) {
-        const auto n = channelOf(line.substr(2));
+        const auto n = line == "MA" ? std::optional<int>(channel_) : channelOf(line.substr(2));
         if (!n) return kErr;
         channel_ = *n;
         mode_ = Mode::Manual;
@@ -728,7 +730,7 @@ std::string VirtualScanner::beepCommand(std::string_view line)
         const auto b = letterIndex(rest[3]);
         const auto l = letterIndex(rest[5]);
         if (!b || !l) return kNg;
-        IdSlot& slot = memory_.ids[*b][*l].slots[static_cast<std::size_t>(rest[6] - '0')];
+        IdSlot& slot = memory_.ids[*b][*l].idSlots[static_cast<std::size_t>(rest[6] - '0')];
         if (!set) return reply(std::string("BA") + flagLetter(slot.beep) + " I " + std::string(rest.substr(3)));
         if (slot.empty()) return kNg;
         slot.beep = *set;
@@ -790,7 +792,7 @@ std::string VirtualScanner::tagCommand(std::string_view args)
         const auto b = letterIndex(key[2]);
         const auto l = letterIndex(key[4]);
         if (!b || !l) return kNg;
-        IdSlot& slot = memory_.ids[*b][*l].slots[static_cast<std::size_t>(key[5] - '0')];
+        IdSlot& slot = memory_.ids[*b][*l].idSlots[static_cast<std::size_t>(key[5] - '0')];
         if (slot.empty()) {
             if (text) return kNg;
             return answer("--");  // a slot without an ID has no tag
@@ -956,7 +958,7 @@ std::string VirtualScanner::trunkIdCommand(std::string_view args)
     if (args[3] < '0' || args[3] > '9') return kErr;
     const auto l = letterIndex(args[2]);
     if (!l) return kNg;
-    IdSlot& slot = memory_.ids[*b][*l].slots[static_cast<std::size_t>(args[3] - '0')];
+    IdSlot& slot = memory_.ids[*b][*l].idSlots[static_cast<std::size_t>(args[3] - '0')];
     if (args.size() == 4) {
         std::string id = slot.empty() ? std::string("------") : slot.id;
         id.resize(std::max<std::size_t>(id.size(), 6), ' ');

@@ -430,7 +430,7 @@ TEST(ScannerTrunkWalksEdges, IdRecordFlagByTheSlotWalk)
     EXPECT_TRUE(has(s.command("LCD"), "[2:OFF           ][*****"));
     w.key(Walks::digit(1));
     w.key("KEY09");
-    EXPECT_TRUE(s.memory().ids[9][2].slots[5].record);
+    EXPECT_TRUE(s.memory().ids[9][2].idSlots[5].record);
     walkTo(3, 5);
     EXPECT_TRUE(has(s.command("LCD"), "[1:ON            ][*****"));
     w.key("KEY09");
@@ -438,7 +438,7 @@ TEST(ScannerTrunkWalksEdges, IdRecordFlagByTheSlotWalk)
     walkTo(10, 10);
     w.key(Walks::digit(1));
     w.key("KEY09");
-    EXPECT_TRUE(s.memory().ids[9][9].slots[0].record);
+    EXPECT_TRUE(s.memory().ids[9][9].idSlots[0].record);
     EXPECT_FALSE(s.inMenu());
 }
 

@@ -370,7 +370,7 @@ TEST(VirtualScannerTrunk, IdListsSlotsTagsAndAlerts)
     EXPECT_EQ(s.command("TG A A1"), "TG A A1 12345 \r");  // six places
     EXPECT_EQ(s.command("TG A J0 i01234"), "OK\r");
     EXPECT_EQ(s.command("TG A J0"), "TG A J0 i01234\r");
-    EXPECT_EQ(s.memory().ids[0][9].slots[0].id, "i01234");  // "J0": the tenth slot of list J
+    EXPECT_EQ(s.memory().ids[0][9].idSlots[0].id, "i01234");  // "J0": the tenth slot of list J
     EXPECT_EQ(s.command("TA I A A1 FIRE DISPATCH"), "OK\r");
     EXPECT_EQ(s.command("TA I A A1"), "TA I A A1 FIRE DISPATCH\r");
     EXPECT_EQ(s.command("TA I A A2"), "TA I A A2 --\r");  // no ID, no tag
