@@ -321,7 +321,9 @@ void Comsetup::autoDetect()
         // event loop running: nothing in the window may be pressed meanwhile.
         WaitCursor busy;
         setEnabled(false);
+        detecting_ = true;
         r = autodetect(ports_.factory(model), ports_.scheduler(), ModelSwitches::of(model), kBaudRates[c.baudIndex]);
+        detecting_ = false;
         setEnabled(true);
     }
     if (r.found) {
@@ -356,6 +358,8 @@ void Comsetup::accept()
 
 void Comsetup::reject()
 {
+    // Closing the window (Escape, the title bar) waits for the search to end.
+    if (detecting_) return;
     ports_.binding = original_;
     QDialog::reject();
 }

@@ -90,6 +90,7 @@ private:
     PortBinding original_;
     SetupResult result_;
     bool showing_ = false;
+    bool detecting_ = false;   // AutoDetect is running: the window stays
 
     QGroupBox* frame2_ = nullptr;
     std::array<QRadioButton*, kModels> option1_{};

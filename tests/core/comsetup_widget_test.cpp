@@ -406,6 +406,7 @@ TEST_F(ComsetupTest, AutoDetectShowsTheLastScannerThatAnswersAndOkStoresIt)
             const QCursor* cursor = QApplication::overrideCursor();
             busy = cursor && cursor->shape() == Qt::WaitCursor;
             locked = !dialog->isEnabled();
+            dialog->reject();   // Escape while the search runs
         };
         click(dialog->command3());
         high.onReceive = nullptr;
@@ -414,7 +415,7 @@ TEST_F(ComsetupTest, AutoDetectShowsTheLastScannerThatAnswersAndOkStoresIt)
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
         EXPECT_TRUE(dialog->isEnabled());
         EXPECT_EQ(messages(), (Lines{kDetectAdvice, kDetected}));
-        ASSERT_TRUE(dialog->isVisible());
+        ASSERT_TRUE(dialog->isVisible());   // it stays open, with the result to store
         EXPECT_TRUE(dialog->option1(3)->isChecked());
         EXPECT_TRUE(dialog->option3d1(4)->isChecked());
         EXPECT_EQ(dialog->combo1()->currentText(), "38400");
