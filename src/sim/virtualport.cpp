@@ -1,43 +1,11 @@
 #include "virtualport.h"
 
-#include "core/text.h"
-
 #include <algorithm>
 
 namespace kestra {
 
-std::optional<LineFaults> LineFaults::parse(std::string_view text)
-{
-    LineFaults f;
-    std::size_t pos = 0;
-    while (pos < text.size()) {
-        std::size_t end = text.find(',', pos);
-        if (end == std::string_view::npos) end = text.size();
-        const std::string_view item = text.substr(pos, end - pos);
-        pos = end + 1;
-        if (item.empty()) continue;
-        const auto eq = item.find('=');
-        if (eq == std::string_view::npos) return std::nullopt;
-        const std::string_view key = item.substr(0, eq);
-        const std::string value(item.substr(eq + 1));
-        if (value.empty() || value.find_first_not_of("0123456789.") != std::string::npos) return std::nullopt;
-        const double v = Val(value);
-        if (key == "drop" || key == "split" || key == "garble" || key == "stray") {
-            if (v > 1) return std::nullopt;
-            (key == "drop" ? f.drop : key == "split" ? f.split : key == "garble" ? f.garble : f.stray) = v;
-        } else if (key == "delay") {
-            f.delayMs = static_cast<int>(std::min(v, 60000.0));
-        } else if (key == "seed") {
-            f.seed = static_cast<unsigned>(std::min(v, 4e9));
-        } else {
-            return std::nullopt;
-        }
-    }
-    return f;
-}
-
 VirtualPort::VirtualPort(Scheduler& scheduler, std::shared_ptr<VirtualDevice> device)
-    : scheduler_(scheduler), device_(std::move(device)), random_(device_ ? device_->faults.seed : 1)
+    : scheduler_(scheduler), device_(std::move(device))
 {
     notify_ = scheduler_.createTimer();
     notify_->setSingleShot(true);
@@ -60,7 +28,7 @@ SerialPort::OpenResult VirtualPort::open()
     if (device_->held) return OpenResult::InUse;
     device_->held = true;
     open_ = true;
-    random_.seed(device_->faults.seed);
+    line_ = FaultyLine(device_->faults);
     return OpenResult::Ok;
 }
 
@@ -127,13 +95,6 @@ void VirtualPort::deliver(std::int64_t atUs, std::string bytes)
     arm();
 }
 
-std::string VirtualPort::garbled(std::string_view bytes)
-{
-    std::string out(bytes);
-    for (char& c : out) c = static_cast<char>((static_cast<unsigned char>(c) * 7 + 0x5b + random_() % 3) & 0xff);
-    return out;
-}
-
 void VirtualPort::output(const std::string& text)
 {
     if (!open_ || text.empty()) return;
@@ -146,43 +107,19 @@ void VirtualPort::output(const std::string& text)
     const std::int64_t arrival = sendStart + charUs * static_cast<std::int64_t>(text.size());
     lineFreeUs_ = arrival;
 
-    std::string reply = device_->respond(mismatch ? garbled(text) : std::string_view(text));
+    std::string reply = device_->respond(mismatch ? line_.atWrongSpeed(text) : text);
     if (reply.empty()) return;
-    if (mismatch) reply = garbled(reply);
+    // The reply goes out at the speed the scanner has now: the key that
+    // stores a new speed is answered at the new one.
+    if (device_->baud && portBaud != device_->baud()) reply = line_.atWrongSpeed(reply);
 
-    const LineFaults& f = device_->faults;
-    std::uniform_real_distribution<double> chance(0, 1);
-    if (f.drop > 0 && chance(random_) < f.drop) return;
-    if (f.garble > 0)
-        for (char& c : reply)
-            if (c != '\r' && chance(random_) < f.garble) c = static_cast<char>(' ' + random_() % 94);
-    std::int64_t start = arrival + static_cast<std::int64_t>(device_->latencyMs) * 1000;
-    if (f.delayMs > 0) start += static_cast<std::int64_t>(random_() % (static_cast<unsigned>(f.delayMs) + 1)) * 1000;
-    start = std::max(start, replyFreeUs_);
-
-    std::vector<std::string> pieces{reply};
-    if (f.split > 0 && reply.size() > 1 && chance(random_) < f.split) {
-        pieces.clear();
-        const std::size_t cut1 = 1 + random_() % (reply.size() - 1);
-        pieces.push_back(reply.substr(0, cut1));
-        std::string rest = reply.substr(cut1);
-        if (rest.size() > 1 && random_() % 2) {
-            const std::size_t cut2 = 1 + random_() % (rest.size() - 1);
-            pieces.push_back(rest.substr(0, cut2));
-            rest = rest.substr(cut2);
-        }
-        pieces.push_back(rest);
-    }
-    std::int64_t t = start;
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-        t += charUs * static_cast<std::int64_t>(pieces[i].size());
-        if (i > 0) t += static_cast<std::int64_t>(1 + random_() % 40) * 1000;  // a pause between pieces
-        deliver(t, pieces[i]);
-    }
-    replyFreeUs_ = t;
-    if (f.stray > 0 && chance(random_) < f.stray) {
-        replyFreeUs_ = t + charUs;
-        deliver(replyFreeUs_, std::string(1, static_cast<char>('!' + random_() % 90)));
+    const CarriedReply carried = line_.carry(std::move(reply));
+    if (carried.lost()) return;
+    const std::int64_t start =
+        std::max(arrival + static_cast<std::int64_t>(device_->latencyMs) * 1000 + carried.lateUs, replyFreeUs_);
+    for (TimedBytes& piece : carried.timed(start, charUs)) {
+        replyFreeUs_ = piece.atUs;
+        deliver(piece.atUs, std::move(piece.bytes));
     }
 }
 

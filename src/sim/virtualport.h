@@ -8,31 +8,16 @@
 
 #include "platform/scheduler.h"
 #include "platform/serialport.h"
+#include "sim/linefaults.h"
 
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <optional>
-#include <random>
 #include <string>
 #include <string_view>
 
 namespace kestra {
-
-struct LineFaults {
-    double drop = 0;     // chance a reply is lost
-    double split = 0;    // chance a reply comes in two or three pieces
-    double garble = 0;   // chance each character of a reply is corrupted (never its carriage return)
-    double stray = 0;    // chance a stray character follows a reply's carriage return
-    int delayMs = 0;     // a reply comes up to this much later
-    unsigned seed = 1;
-
-    // "drop=0.05,split=0.3,garble=0.01,stray=0.01,delay=200,seed=7"; nothing
-    // for a malformed text.
-    static std::optional<LineFaults> parse(std::string_view text);
-    bool any() const { return drop > 0 || split > 0 || garble > 0 || stray > 0 || delayMs > 0; }
-};
 
 // The far end of the cable: takes the bytes that arrived, gives the bytes it
 // sends back, and runs at one speed. One port at a time may hold it.
@@ -77,7 +62,6 @@ private:
     void arm();
     void deliver(std::int64_t atUs, std::string bytes);
     std::int64_t nowUs() const { return scheduler_.now() * 1000; }
-    std::string garbled(std::string_view bytes);
 
     Scheduler& scheduler_;
     std::shared_ptr<VirtualDevice> device_;
@@ -87,7 +71,7 @@ private:
     mutable std::string buffer_;
     std::int64_t lineFreeUs_ = 0;  // when the wire to the scanner is free again
     std::int64_t replyFreeUs_ = 0; // when the wire back is free again
-    std::mt19937 random_;
+    FaultyLine line_;
     std::string settings_ = "19200,n,8,1";
     int port_ = 1;
     int rThreshold_ = 0;
