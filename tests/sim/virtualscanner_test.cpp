@@ -108,6 +108,17 @@ TEST(VirtualScannerReplies, PmWithANumberReadsWithoutSelecting)
     EXPECT_EQ(s.currentChannel(), 89);
 }
 
+TEST(VirtualScannerReplies, MaAloneStopsOnTheChannelTheScanIsOn)
+{
+    VirtualScanner s;
+    EXPECT_EQ(s.command("PM042 01543000"), "OK\r");
+    s.scanTo(42);
+    EXPECT_EQ(s.command("MD"), "MD00\r");
+    EXPECT_EQ(s.command("MA"), "C042 F01543000 TF DF LF AF RF N000\r");
+    EXPECT_EQ(s.command("MD"), "MD01\r");
+    EXPECT_EQ(s.currentChannel(), 42);
+}
+
 TEST(VirtualScannerReplies, ModeAttenuatorSquelchSignalAndFrequency)
 {
     VirtualScanner s;
