@@ -16,6 +16,7 @@ int convert(const Args& args);
 int detect(const Args& args);
 int read(const Args& args);
 int send(const Args& args);
+int sim(const Args& args);
 
 // Takes "--name value" options out of args into the map; false (after the
 // usage message) for an unknown option or a missing value. What is left in

@@ -23,6 +23,16 @@ const char* kUsage =
     "      \"port N, baud B, model M\" for the last scanner that answered; exit\n"
     "      status 1 when none did. The built-in virtual scanner answers as the\n"
     "      model last chosen in the program (UBC3300 when none was).\n"
+    "  sim --model MODEL [--link PATH] [--load FILE.mem] [--dump FILE.mem] [--log FILE]\n"
+    "      [--latency MS] [--faults LIST] [--baud RATE]\n"
+    "      run the virtual scanner on a pseudo-terminal that any serial program can\n"
+    "      open; its device path is the first line printed. PATH becomes a link to\n"
+    "      it. --load fills the scanner's memory from a MEM file; on SIGINT or\n"
+    "      SIGTERM the memory is written to the --dump file and the scanner stops.\n"
+    "      --log writes each command and reply with the time in milliseconds.\n"
+    "      --latency delays every reply. --baud sets the scanner's speed (default\n"
+    "      19200); a client at another speed hears garbage. LIST is faults of the\n"
+    "      line, e.g. drop=0.05,split=0.3,garble=0.01,stray=0.01,delay=200,seed=7.\n"
     "  read OUT.mem [--port P] [--banks all|N|A-B] [--merge] [--base IN.mem] [--dir FOLDER]\n"
     "      Read Data: the scanner's channels (all banks, bank N of 1..10, or the\n"
     "      channels A to B) into OUT.mem; --base starts from a file, --merge keeps\n"
@@ -79,5 +89,6 @@ int main(int argc, char** argv)
     if (command == "detect") return detect(args);
     if (command == "read") return read(args);
     if (command == "send") return send(args);
+    if (command == "sim") return sim(args);
     return usage("unknown command " + command);
 }

@@ -1,0 +1,162 @@
+// kestractl sim, run as the program it is, talked to by a plain terminal client.
+
+#include "sim/documentmapping.h"
+#include "sim/simprocess.h"
+#include "support/testfiles.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+using namespace kestra;
+using namespace kestra::sim;
+using kestra::test::readBytes;
+using kestra::test::SimProcess;
+using kestra::test::TempDir;
+using kestra::test::TerminalClient;
+using kestra::test::writeBytes;
+
+namespace {
+
+// A MEM file of a BC250D with two channels programmed.
+std::string twoChannelMem()
+{
+    ScannerMemory memory(Model::BC250D);
+    Channel& tower = memory.channel(1);
+    tower.freq = 1306250;
+    tower.mode = Modulation::AM;
+    tower.lockout = false;
+    tower.tag = "PFO Tower Main";
+    Channel& fire = memory.channel(12);
+    fire.freq = 1543000;
+    fire.tone = 12;
+    fire.lockout = false;
+    return memFileText(memory);
+}
+
+int exitOf(const std::vector<std::string>& words, const std::string& errFile)
+{
+    SimProcess sim(words, errFile);
+    return sim.waitForExit();
+}
+
+} // namespace
+
+TEST(KestractlSim, RefusesWhatItCannotRunWith)
+{
+    TempDir dir;
+    const std::string err = dir.file("err.txt");
+    EXPECT_EQ(exitOf({}, err), 2);
+    EXPECT_NE(readBytes(err).find("sim needs --model"), std::string::npos);
+    EXPECT_EQ(exitOf({"--model", "BC999"}, err), 2);
+    EXPECT_EQ(exitOf({"--model", "BC250D", "--faults", "drop=3"}, err), 2);
+    EXPECT_EQ(exitOf({"--model", "BC250D", "--latency", "soon"}, err), 2);
+    // The BC250D runs at 4800, 9600 and 19200 only.
+    EXPECT_EQ(exitOf({"--model", "BC250D", "--baud", "57600"}, err), 2);
+    EXPECT_NE(readBytes(err).find("4800 9600 19200"), std::string::npos);
+
+    // A file that is no MEM file is told, with the program's message.
+    writeBytes(dir.path() / "notes.mem", "shopping list\r\n");
+    EXPECT_EQ(exitOf({"--model", "BC250D", "--load", dir.file("notes.mem")}, err), 1);
+    EXPECT_NE(readBytes(err).find("File is not compatible with this version."), std::string::npos);
+    EXPECT_EQ(exitOf({"--model", "BC250D", "--load", dir.file("missing.mem")}, err), 1);
+
+    // A link never replaces a file of the user's.
+    writeBytes(dir.path() / "scanner", "keep me");
+    EXPECT_EQ(exitOf({"--model", "BC250D", "--link", dir.file("scanner")}, err), 1);
+    EXPECT_EQ(readBytes(dir.path() / "scanner"), "keep me");
+}
+
+TEST(KestractlSim, ServesLoadedMemoryOnItsLinkAndDumpsItOnInterrupt)
+{
+    TempDir dir;
+    writeBytes(dir.path() / "in.mem", twoChannelMem());
+    const std::string link = dir.file("scanner");
+    std::filesystem::create_symlink("/dev/null", link);  // an old link is replaced
+    SimProcess sim({"--model", "BC250D", "--load", dir.file("in.mem"), "--dump", dir.file("out.mem"), "--link", link,
+                    "--log", dir.file("sim.log")},
+                   dir.file("err.txt"));
+    ASSERT_FALSE(sim.device().empty()) << readBytes(dir.path() / "err.txt");
+    EXPECT_EQ(std::filesystem::read_symlink(link), sim.device());
+    {
+        TerminalClient client(link, B19200);
+        ASSERT_TRUE(client.isOpen());
+        EXPECT_EQ(client.ask("MA001"), "C001 F01306250 TF DF LF AF RF N000\r");
+        EXPECT_EQ(client.ask("TA C 001"), "TA C 001 PFO Tower Main\r");
+        EXPECT_EQ(client.ask("MA012"), "C012 F01543000 TF DF LF AF RF N012\r");
+        EXPECT_EQ(client.ask("PM300 04625625"), "OK\r");
+    }
+    EXPECT_EQ(sim.stop(SIGINT), 0);
+    EXPECT_FALSE(std::filesystem::is_symlink(link));
+
+    ScannerMemory back(Model::BC250D);
+    ASSERT_EQ(loadMemFile(back, readBytes(dir.path() / "out.mem")).status, MemLoadStatus::Loaded);
+    EXPECT_EQ(back.channel(1).freq, 1306250u);
+    EXPECT_EQ(back.channel(1).tag, "PFO Tower Main");
+    EXPECT_EQ(back.channel(300).freq, 4625625u);
+
+    // One line per command and per reply, in time order.
+    std::vector<std::string> lines;
+    for (const std::string log = readBytes(dir.path() / "sim.log"); const char c : log) {
+        if (lines.empty() || c == '\n') lines.emplace_back();
+        if (c != '\n') lines.back() += c;
+    }
+    if (!lines.empty() && lines.back().empty()) lines.pop_back();
+    ASSERT_EQ(lines.size(), 9u);
+    EXPECT_NE(lines[0].find("BC250D on " + sim.device() + " at 19200 baud"), std::string::npos);
+    EXPECT_NE(lines[1].find(" < MA001"), std::string::npos);
+    EXPECT_NE(lines[2].find(" > C001 F01306250"), std::string::npos);
+    EXPECT_NE(lines[8].find(" > OK"), std::string::npos);
+    long previous = 0;
+    for (const std::string& l : lines) {
+        const long ms = std::stol(l);
+        EXPECT_GE(ms, previous) << l;
+        previous = ms;
+    }
+}
+
+TEST(KestractlSim, TheScannersSpeedAndLatencyAreThoseAskedFor)
+{
+    TempDir dir;
+    SimProcess sim({"--model", "BC296D", "--baud", "38400", "--latency", "300"});
+    ASSERT_FALSE(sim.device().empty());
+    {
+        TerminalClient client(sim.device(), B19200);
+        client.send("SI\r\n");
+        EXPECT_EQ(client.readFor(800).find("BC296D"), std::string::npos);
+    }
+    TerminalClient client(sim.device(), B38400);
+    // The noise of the wrong speed waits in the scanner's line: a line end
+    // alone answers it.
+    EXPECT_EQ(client.ask(""), "ERR\r");
+    client.send("SI\r\n");
+    EXPECT_EQ(client.readFor(200), "");  // not before its latency
+    EXPECT_EQ(client.readLine(3000), "SI BC296D,0000000000,106\r");
+    EXPECT_EQ(sim.stop(SIGTERM), 0);
+}
+
+TEST(KestractlSim, LineFaultsRepeatWithTheirSeed)
+{
+    const auto session = [](const std::string& faults) {
+        std::vector<std::string> words{"--model", "BC785D"};
+        if (!faults.empty()) words.insert(words.end(), {"--faults", faults});
+        SimProcess sim(words);
+        EXPECT_FALSE(sim.device().empty());
+        TerminalClient client(sim.device(), B19200);
+        std::string heard;
+        // Each reply has its time to come whole: the longest delay, the
+        // pauses of a split and the wire time together stay under 300 ms.
+        for (int i = 1; i <= 8; ++i) {
+            client.send("MA00" + std::to_string(i) + "\r\n");
+            heard += client.readFor(300) + "|";
+        }
+        EXPECT_EQ(sim.stop(), 0);
+        return heard;
+    };
+    const std::string knobs = "drop=0.2,split=0.5,garble=0.1,stray=0.3,delay=60,seed=7";
+    const std::string first = session(knobs);
+    EXPECT_EQ(session(knobs), first);
+    const std::string clean = session("");
+    EXPECT_NE(first, clean);
+    EXPECT_NE(clean.find("|C008 F00000000"), std::string::npos);
+}
