@@ -1,6 +1,8 @@
 #include "appports.h"
 
+#include "core/inifile.h"
 #include "core/memfile.h"
+#include "core/text.h"
 #include "sim/documentmapping.h"
 #include "sim/virtualport.h"
 #include "sim/virtualscanner.h"
@@ -23,8 +25,11 @@ sim::VirtualScanner& AppPorts::virtualScanner(Model model)
         if (scanner_) {
             sim::loadMemFile(fresh->memory(), sim::memFileText(scanner_->memory()));
             fresh->setBaudRate(scanner_->baudRate());
-        } else if (readFileBytes(folder_ / kMemoryFile, bytes)) {
-            sim::loadMemFile(fresh->memory(), bytes);
+        } else {
+            if (readFileBytes(folder_ / kMemoryFile, bytes)) sim::loadMemFile(fresh->memory(), bytes);
+            // A speed the model lacks (the file of another model) leaves 19200.
+            const IniFile kept = IniFile::load(folder_ / kSettingsFile);
+            fresh->setBaudRate(static_cast<int>(IntVal(kept.get("scanner", "baud", "19200"))));
         }
         scanner_ = std::move(fresh);
         if (!device_) device_ = std::make_shared<VirtualDevice>();
@@ -36,7 +41,9 @@ sim::VirtualScanner& AppPorts::virtualScanner(Model model)
 
 void AppPorts::saveVirtualScanner()
 {
-    if (scanner_) writeFileAtomic(folder_ / kMemoryFile, sim::memFileText(scanner_->memory()));
+    if (!scanner_) return;
+    writeFileAtomic(folder_ / kMemoryFile, sim::memFileText(scanner_->memory()));
+    writeFileAtomic(folder_ / kSettingsFile, "[scanner]\r\nbaud=" + std::to_string(scanner_->baudRate()) + "\r\n");
 }
 
 void AppPorts::attach(int number, std::shared_ptr<VirtualDevice> device)

@@ -1,7 +1,7 @@
 #pragma once
 // The ports of the running program: port numbers 1..19 by their binding, a
 // real device through QSerialPort, or the built-in virtual scanner, whose
-// memory is kept in the program's folder from one run to the next.
+// memory and speed are kept in the program's folder from one run to the next.
 
 // The scanner's own headers stay out of this one, so that the windows can
 // include it beside Qt's (which takes "slots" for a word of its own).
@@ -33,7 +33,7 @@ public:
     // The built-in scanner, as the given model (its memory is loaded from
     // the program's folder the first time, and kept when the model changes).
     sim::VirtualScanner& virtualScanner(Model model);
-    // Writes the virtual scanner's memory to the program's folder.
+    // Writes the virtual scanner's memory and speed to the program's folder.
     void saveVirtualScanner();
 
     // A port object for a port number, not yet open; nothing when the number
@@ -48,6 +48,8 @@ public:
     void attach(int number, std::shared_ptr<VirtualDevice> device);
 
     static constexpr const char* kMemoryFile = "virtualscanner.mem";
+    // What the MEM file does not hold: the speed chosen in the scanner's menu.
+    static constexpr const char* kSettingsFile = "virtualscanner.ini";
 
 private:
     Scheduler& scheduler_;

@@ -1,6 +1,7 @@
 #include "app/appports.h"
 
 #include "platform/fake/virtualscheduler.h"
+#include "sim/virtualscanner.h"
 #include "support/testfiles.h"
 
 #include <gtest/gtest.h>
@@ -49,4 +50,27 @@ TEST(AppPorts, ABoundDeviceIsARealPort)
     ASSERT_TRUE(port);
     EXPECT_EQ(port->commPort(), 4);
     EXPECT_EQ(port->open(), SerialPort::OpenResult::NoSuchPort);
+}
+
+TEST(AppPorts, TheSpeedChosenInTheScannersMenuOutlivesTheRun)
+{
+    kestra::test::TempDir dir;
+    VirtualScheduler scheduler;
+    {
+        AppPorts ports(scheduler, dir.path());
+        auto port = ports.port(1, Model::BC250D);
+        ASSERT_EQ(port->open(), SerialPort::OpenResult::Ok);
+        // Menu 3 5, then the second rate of the list: 9600.
+        for (const char* key : {"KEY11", "KEY02 3", "KEY02 5", "KEY02 2"}) ask(*port, scheduler, key);
+        EXPECT_EQ(ports.virtualScanner(Model::BC250D).baudRate(), 9600);
+    }
+    AppPorts again(scheduler, dir.path());
+    auto port = again.port(1, Model::BC250D);
+    port->setSettings("9600,n,8,1");
+    ASSERT_EQ(port->open(), SerialPort::OpenResult::Ok);
+    EXPECT_EQ(ask(*port, scheduler, "SI"), "SI BC250D,0000000000,104\r");
+    port->close();
+    port->setSettings("19200,n,8,1");
+    ASSERT_EQ(port->open(), SerialPort::OpenResult::Ok);
+    EXPECT_EQ(ask(*port, scheduler, "SI").find("BC250D"), std::string::npos);
 }
