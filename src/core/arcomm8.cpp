@@ -94,12 +94,18 @@ Arcomm8::Arcomm8(Caption caption, Services services, Link link, QWidget* parent)
         read_ = std::make_unique<ReadPipeline>(*engine_, services_.doc, services_.dialogs, services_.scheduler,
                                                services_.folder);
         read_->onFinished = [this] { runEnded(); };
+    } else {
+        send_ = std::make_unique<SendPipeline>(*engine_, services_.doc, services_.settings, services_.dialogs,
+                                               services_.scheduler, services_.folder);
+        send_->onFinished = [this] { runEnded(); };
     }
-    // Send Data: the send pipeline is made here on the same engine, with its
-    // own end of run.
+    // STOP gives the options and the start button back (command1 stays hidden
+    // in "Send Data"; Command5 is its start button there). Delete Bank waits
+    // for the next choice of a single bank.
     engine_->hooks.stopped = [this] {
         frame3D6_->setEnabled(true);
         command1_->setEnabled(true);
+        if (command5_) command5_->setEnabled(true);
         refreshStatus();
     };
 
@@ -116,6 +122,7 @@ Arcomm8::~Arcomm8()
     // The pipeline lets go of the engine's hooks before the engine goes, and
     // the engine of the port before the port goes.
     read_.reset();
+    send_.reset();
     engine_.reset();
     if (port_) {
         port_->setRThreshold(0);
@@ -221,18 +228,28 @@ void Arcomm8::buildControls()
 
     layout->addWidget(note_);
 
-    // The buttons. "Send Data" has its own start button (and Delete Bank) in
+    // The buttons. "Send Data" has its own start button and Delete Bank in
     // place of command1.
     auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
     command1_ = new QPushButton("Read Data", this);
     command1_->setObjectName("command1");
     command1_->setVisible(caption_ == Caption::ReadData);
     connect(command1_, &QPushButton::clicked, this, &Arcomm8::readClicked);
+    buttons->addWidget(command1_);
+    if (caption_ == Caption::SendData) {
+        command3_ = new QPushButton("&Delete Bank", this);
+        command3_->setObjectName("Command3");
+        connect(command3_, &QPushButton::clicked, this, &Arcomm8::deleteClicked);
+        command5_ = new QPushButton("&Send Data", this);
+        command5_->setObjectName("Command5");
+        connect(command5_, &QPushButton::clicked, this, &Arcomm8::sendClicked);
+        buttons->addWidget(command3_);
+        buttons->addWidget(command5_);
+    }
     command3d1_ = new QPushButton("STOP", this);
     command3d1_->setObjectName("command3d1");
     connect(command3d1_, &QPushButton::clicked, this, &Arcomm8::stopClicked);
-    buttons->addStretch(1);
-    buttons->addWidget(command1_);
     buttons->addWidget(command3d1_);
     layout->addLayout(buttons);
 
@@ -244,6 +261,7 @@ void Arcomm8::buildControls()
 
     for (const std::string& line : bankLines()) combo1_->addItem(toQt(line));
     combo1_->setCurrentIndex(-1);
+    updateDeleteButton();
 }
 
 void Arcomm8::showEvent(QShowEvent* event)
@@ -273,6 +291,7 @@ void Arcomm8::formLoad()
     delayMoved(hscroll1_->value());
 
     if (read_) read_->open();
+    if (send_) send_->open();
     refreshStatus();
 }
 
@@ -302,6 +321,24 @@ void Arcomm8::optionClicked(int index)
         if (range) check3D3_[i]->setChecked(false);
         check3D3_[i]->setEnabled(!range);
     }
+    updateDeleteButton();
+}
+
+void Arcomm8::updateDeleteButton()
+{
+    if (command3_) command3_->setEnabled(option3D2_[1]->isChecked());
+}
+
+void Arcomm8::resetSelection()
+{
+    // A button group keeps one button checked: let go of it to clear them all.
+    QButtonGroup* group = option3D2_[0]->group();
+    group->setExclusive(false);
+    for (QRadioButton* option : option3D2_) option->setChecked(false);
+    group->setExclusive(true);
+    combo1_->setCurrentIndex(-1);
+    for (int i : {kTrunkIds, kSearchEvents, kTrunkSettings}) check3D3_[i]->setEnabled(true);
+    updateDeleteButton();
 }
 
 void Arcomm8::allClicked()
@@ -352,22 +389,65 @@ void Arcomm8::readClicked()
         refreshStatus();
         return;
     }
+    runBegun(options);
+}
+
+void Arcomm8::sendClicked()
+{
+    if (!send_) return;
+    // The model check and the confirmations wait and yield: no second click meanwhile.
+    command5_->setEnabled(false);
+    command3_->setEnabled(false);
+    const ReadPipeline::Options options = selection();
+    if (!send_->sendData(options)) {
+        command5_->setEnabled(true);
+        updateDeleteButton();
+        refreshStatus();
+        return;
+    }
+    runBegun(options);
+}
+
+void Arcomm8::runBegun(const ReadPipeline::Options& options)
+{
     runStarted_ = true;
-    // Text10 shows the range as it is read: held to 1..1000.
-    if (options.scope == ReadPipeline::Scope::ChannelRange && !read_->finished) {
+    if (runFinished()) {
+        refreshStatus();
+        return;
+    }
+    // Text10 shows the range as it is moved: held to 1..1000.
+    if (options.scope == ReadPipeline::Scope::ChannelRange) {
         for (QLineEdit* t : text10_) {
             const long long v = IntVal(fromQt(t->text()));
             if (v > 1000) t->setText("1000");
             if (v < 1) t->setText("1");
         }
     }
-    if (!read_->finished) frame3D6_->setEnabled(false);
+    frame3D6_->setEnabled(false);
+    refreshStatus();
+}
+
+void Arcomm8::deleteClicked()
+{
+    if (!send_) return;
+    // The deletion waits between channels and yields: the options and both
+    // buttons stay off until it is over.
+    frame3D6_->setEnabled(false);
+    command5_->setEnabled(false);
+    command3_->setEnabled(false);
+    const bool deleted = send_->deleteBank(selection());
+    frame3D6_->setEnabled(true);
+    command5_->setEnabled(true);
+    if (deleted)
+        resetSelection();
+    else
+        updateDeleteButton();
     refreshStatus();
 }
 
 void Arcomm8::stopClicked() { engine_->stopxfer(); }
 
-bool Arcomm8::runFinished() const { return read_ && read_->finished; }
+bool Arcomm8::runFinished() const { return (read_ && read_->finished) || (send_ && send_->finished); }
 
 void Arcomm8::runEnded()
 {
@@ -378,6 +458,7 @@ void Arcomm8::runEnded()
 std::vector<std::string> Arcomm8::bankLines() const
 {
     if (read_) return read_->combo1Lines();
+    if (send_) return send_->combo1Lines();
     return {};
 }
 
@@ -399,8 +480,9 @@ void Arcomm8::refreshStatus()
         const QString q = toQt(lines[i]);
         if (combo1_->itemText(i) != q) combo1_->setItemText(i, q);
     }
-    if (read_ && !read_->statusNote.empty()) {
-        note_->setText(toQt(read_->statusNote));
+    const std::string& statusNote = read_ ? read_->statusNote : send_->statusNote;
+    if (!statusNote.empty()) {
+        note_->setText(toQt(statusNote));
         note_->show();
     }
 }

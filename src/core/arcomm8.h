@@ -6,11 +6,16 @@
 // bank tags and trunk types. It shows the engine's status fields, the delay
 // slider at 19200 baud and above, and the choice of banks and kinds of data;
 // it closes itself when a run has finished.
+//
+// "Read Data" starts with command1. "Send Data" hides command1 and has
+// Command5 "&Send Data" and Command3 "&Delete Bank" (usable with a single
+// bank) instead; its bank lines mark the banks without data "  -  EMPTY".
 
 #include "core/document.h"
 #include "core/settings.h"
 #include "link/exchange.h"
 #include "link/readpipeline.h"
+#include "link/sendpipeline.h"
 
 #include "platform/dialogs.h"
 #include "platform/scheduler.h"
@@ -50,7 +55,7 @@ public:
         Settings& settings;
         Dialogs& dialogs;
         Scheduler& scheduler;
-        std::filesystem::path folder;   // the program's folder: version.ini, rxdat.txt
+        std::filesystem::path folder;   // the program's folder: version.ini, rxdat.txt, txlog.txt
     };
     struct Link {
         std::unique_ptr<SerialPort> port;
@@ -77,6 +82,7 @@ public:
     Caption caption() const { return caption_; }
     ExchangeEngine& engine() { return *engine_; }
     ReadPipeline* readPipeline() const { return read_.get(); }
+    SendPipeline* sendPipeline() const { return send_.get(); }
     // A run was started from this window (it may have finished or been stopped).
     bool runStarted() const { return runStarted_; }
     // The run has ended well: the pipeline's end-of-run work is done.
@@ -103,6 +109,9 @@ public:
     QCheckBox* check3D5() const { return check3D5_; }
     QPushButton* command1() const { return command1_; }
     QPushButton* command3d1() const { return command3d1_; }
+    // "Send Data" only (nullptr in "Read Data").
+    QPushButton* command5() const { return command5_; }
+    QPushButton* command3() const { return command3_; }
     // What the window says of the kinds of data that this version does not move yet.
     QLabel* noteLabel() const { return note_; }
 
@@ -122,6 +131,14 @@ private:
     void optionClicked(int index);
     void allClicked();
     void readClicked();
+    void sendClicked();
+    void deleteClicked();
+    // A run has started: the options and the start buttons wait for its end.
+    void runBegun(const ReadPipeline::Options& options);
+    // Command3 is usable while Single Bank is chosen.
+    void updateDeleteButton();
+    // No option chosen and no bank: the form as it opened.
+    void resetSelection();
     void stopClicked();
     void delayMoved(int ms);
     void defaultClicked();
@@ -135,9 +152,9 @@ private:
     int comport_;
     int baud_;
     std::unique_ptr<ExchangeEngine> engine_;
-    // The pipeline of the caption. "Read Data" reads the channels; "Send Data"
-    // gets its own pipeline beside this one, on the same engine and controls.
+    // The pipeline of the caption, on the window's engine: exactly one is made.
     std::unique_ptr<ReadPipeline> read_;
+    std::unique_ptr<SendPipeline> send_;
     std::string modelWord_;
     bool loaded_ = false;
     bool runStarted_ = false;
@@ -162,6 +179,8 @@ private:
     QCheckBox* check3D5_ = nullptr;
     QPushButton* command1_ = nullptr;
     QPushButton* command3d1_ = nullptr;
+    QPushButton* command5_ = nullptr;
+    QPushButton* command3_ = nullptr;
     QLabel* note_ = nullptr;
 };
 
