@@ -5,6 +5,7 @@
 #include "core/defdata.h"
 #include "core/softset.h"
 #include "core/toolbaricons.h"
+#include "editor/freqrules.h"
 #include "platform/qt/qtext.h"
 
 #include "core/gridmodel.h"
@@ -372,7 +373,7 @@ void Memtab::buildMenus()
     // The scanner model's menu.
     modelMenu_ = topMenu("men_ar5", ("&" + table_.modelName()).c_str());
     addEntry(modelMenu_, "menread", "&Read Data From Scanner", true);
-    addEntry(modelMenu_, "memsend", "&Send Data To Scanner");
+    addEntry(modelMenu_, "memsend", "&Send Data To Scanner", true);
     modelMenu_->addSeparator();
     addEntry(modelMenu_, "vc", "&Virtual Control");
     addEntry(modelMenu_, "ditun", "Direct Tune");
@@ -454,6 +455,7 @@ void Memtab::buildMenus()
     connectEntry("shortkey", &Memtab::showShortcuts);
     connectPortEntry("comset", &Memtab::menuComset);
     connectPortEntry("menread", &Memtab::menuReadData);
+    connectPortEntry("memsend", &Memtab::menuSendData);
 }
 
 void Memtab::buildToolbars()
@@ -1265,6 +1267,38 @@ void Memtab::menuReadData()
     }
     if (dialog.runStarted()) table_.markDirty();
     table_.fillgrid();
+}
+
+void Memtab::menuSendData()
+{
+    // The window sends from the store: the grid goes into it first.
+    commitEdit();
+    if (!table_.createbank()) return;
+    Document& doc = table_.doc();
+    if (table_.settings().option3 == 1) {
+        // The table check with the bandplan over every bank, as the upload
+        // may take any of them. A check that corrected cells leaves the
+        // document unsaved; the send itself changes nothing.
+        const auto before = doc.memdata;
+        checktable(doc, table_.settings());
+        if (table_.settings().bandplan != 0) applybandplanall(doc, table_.settings());
+        if (doc.memdata != before) table_.markDirty();
+        table_.fillgrid();
+    }
+    const ModelSwitches modelBefore = doc.model;
+    const ComSettings com = table_.com;
+    Arcomm8 dialog(Arcomm8::Caption::SendData,
+                   {doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
+                   {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    dialog.exec();
+
+    // The model check of the send may have found another model on the cable:
+    // the grid takes its layout without reading the old one back.
+    if (!(doc.model == modelBefore)) {
+        table_.applyLayout();
+        updateCaption();
+        table_.fillgrid();
+    }
 }
 
 void Memtab::menuSetupDefaultData()

@@ -159,6 +159,7 @@ private:
     void menuSoftOptions();
     void menuComset();
     void menuReadData();
+    void menuSendData();
     void menuSetupDefaultData();
     void menuResetTableWidth();
     void menuCheckTable();

@@ -499,7 +499,7 @@ const std::set<std::string> kWorkingEntries = {"menunew", "tabopen", "openspecia
                                                "open_780file", "exit_tab", "bk0", "mnu_toolb", "nu_hbar",
                                                "emptystatus", "hpabout", "popedit", "restable", "setdef",
                                                "soft_options", "checktab", "runband1", "runband2", "shortkey",
-                                               "comset", "menread"};
+                                               "comset", "menread", "memsend"};
 
 TEST_F(MemtabTest, MenuTreeHasEveryControlWithItsCaption)
 {

@@ -1,0 +1,358 @@
+// Send Data from the main window, through the transfer window arcomm8 into the
+// program's built-in virtual scanner, in virtual time: a bank sent, the
+// confirmation refused, an empty bank, Delete Bank, STOP, the Virtual Control
+// guard and the table check before the upload.
+
+// The scanner's headers come before Qt's: Qt's keyword macros would otherwise
+// reach into them.
+#include "sim/scannermemory.h"
+#include "sim/virtualscanner.h"
+
+#include "app/appports.h"
+#include "core/arcomm8.h"
+#include "core/gridmodel.h"
+#include "core/memtab.h"
+#include "core/memtable.h"
+
+#include "platform/fake/memoryprofilestore.h"
+#include "platform/fake/scripteddialogs.h"
+#include "platform/fake/virtualscheduler.h"
+
+#include "support/testfiles.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+namespace kestra {
+namespace {
+
+QString qs(const char* text) { return QString::fromUtf8(text); }
+
+class SendDataMenuTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        settings.option4 = 1;   // exit without the question
+        table = std::make_unique<MemTable>(doc, settings, grid,
+                                           MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
+        table->readProfile();
+        table->readSettingsFiles();
+        ports = std::make_unique<AppPorts>(scheduler, dir.path());
+        window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
+        window->setPorts(ports.get());
+        window->formLoad();
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+
+        // The scanner holds channels of its own in banks 2 and 3 and a tag for bank 3.
+        sim::ScannerMemory& memory = scanner().memory();
+        memory.channel(150).freq = 8510000;
+        memory.channel(150).tag = "Old";
+        memory.channel(201).freq = 1545000;
+        memory.channel(250).freq = 4625000;
+        memory.bankTags[2] = "Spare";
+    }
+    void TearDown() override
+    {
+        window.reset();
+        ports.reset();
+        table.reset();
+    }
+
+    sim::VirtualScanner& scanner() { return ports->virtualScanner(doc.model.model()); }
+
+    // A channel in the store with every code cell set.
+    void put(int bank, int row, const char* freq, const char* tag)
+    {
+        auto& line = doc.memdata[bank][row];
+        line[col::freq] = freq;
+        line[col::tag] = tag;
+        for (int c : {col::trunk, col::record, col::delay, col::recordHidden, col::beep, col::lockout, col::atten,
+                      col::mode, col::step, col::tone})
+            line[c] = "0";
+    }
+
+    // Runs body on the transfer window once it is up (its load has run by
+    // then), triggering the entry that opens it; what body leaves open is
+    // closed. False when no transfer window opened.
+    bool whileOpen(const std::function<void(Arcomm8*)>& body, const char* entry = "memsend")
+    {
+        bool opened = false;
+        QTimer timer;
+        timer.setSingleShot(true);
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            auto* dialog = qobject_cast<Arcomm8*>(QApplication::activeModalWidget());
+            if (!dialog) return;
+            opened = true;
+            body(dialog);
+            if (dialog->isVisible()) dialog->reject();
+        });
+        timer.start(0);
+        window->action(entry)->trigger();
+        timer.stop();
+        return opened;
+    }
+
+    // Chooses Single Bank and a bank in the window.
+    static void chooseBank(Arcomm8* w, int bank)
+    {
+        QTest::mouseClick(w->option3D2(1), Qt::LeftButton);
+        w->combo1()->setCurrentIndex(bank);
+    }
+    void tagsRead(Arcomm8* w)
+    {
+        scheduler.runUntil([w] { return w->sendPipeline()->tagsread; }, 60'000);
+        w->refreshStatus();
+    }
+    bool closesItself(Arcomm8* w) { return scheduler.runUntil([w] { return !w->isVisible(); }, 3600'000); }
+
+    // Types a frequency into a row of the grid on show.
+    void typeFrequency(int row, const char* keys)
+    {
+        QTableView* view = window->memtabel();
+        view->setCurrentIndex(window->gridModel()->indexOfCell(row, gridColumnOfStore(doc.model.bc785d, col::freq)));
+        QTest::keyClicks(view, keys);
+        QTest::keyClick(view, Qt::Key_Return);
+    }
+    QString shown(int row, int storeColumn) const
+    {
+        const int col = gridColumnOfStore(doc.model.bc785d, storeColumn);
+        return window->gridModel()->data(window->gridModel()->indexOfCell(row, col)).toString();
+    }
+
+    test::TempDir dir;
+    VirtualScheduler scheduler;
+    ScriptedDialogs dialogs;
+    MemoryProfileStore profile;
+    Settings settings;
+    Document doc;
+    Grid grid;
+    std::unique_ptr<MemTable> table;
+    std::unique_ptr<AppPorts> ports;
+    std::unique_ptr<Memtab> window;
+};
+
+TEST_F(SendDataMenuTest, ASingleBankGoesIntoTheScannerAndTheDocumentStaysAsItWas)
+{
+    put(1, 1, "0155.1000", "Fire dispatch");
+    doc.memdata[1][1][col::atten] = "1";
+    put(1, 40, "0460.2500", "Police");
+    doc.memdata[1][40][col::lockout] = "1";
+    // Bank 2 on show, with a channel typed into the grid.
+    QTest::mouseClick(window->tabbed1(), Qt::LeftButton, {}, window->tabbed1()->tabRect(1).center());
+    ASSERT_EQ(doc.currentBank, 1);
+    typeFrequency(2, "162.55");
+    // What the store holds once it has the grid; the send leaves it so.
+    ASSERT_TRUE(table->createbank());
+    doc.dirty = false;
+    const auto before = doc.memdata;
+
+    bool closedByItself = false;
+    ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
+        EXPECT_EQ(w->windowTitle(), qs("Send Data"));
+        EXPECT_EQ(w->command5()->text(), qs("&Send Data"));
+        EXPECT_EQ(w->command3()->text(), qs("&Delete Bank"));
+        EXPECT_TRUE(w->command1()->isHidden());
+        tagsRead(w);
+        EXPECT_EQ(w->combo1()->itemText(2), qs("201 - 300 / 3  -  EMPTY / Spare"));
+
+        // Delete Bank is there for a single bank only.
+        QTest::mouseClick(w->option3D2(0), Qt::LeftButton);
+        EXPECT_FALSE(w->command3()->isEnabled());
+        chooseBank(w, 1);
+        EXPECT_TRUE(w->command3()->isEnabled());
+
+        dialogs.answers = {Answer::Yes};
+        QTest::mouseClick(w->command5(), Qt::LeftButton);
+        ASSERT_EQ(dialogs.shown.size(), 1u);
+        EXPECT_EQ(dialogs.shown[0].text, "Please confirm data upload.\r\nChannels: 100 / 200\r\nAre you sure?");
+        EXPECT_EQ(dialogs.shown[0].buttons, Buttons::YesNo);
+        EXPECT_TRUE(w->runStarted());
+        EXPECT_FALSE(w->frame3D6()->isEnabled());
+        EXPECT_FALSE(w->command5()->isEnabled());
+        EXPECT_FALSE(w->command3()->isEnabled());
+        closedByItself = closesItself(w) && w->runFinished();
+    }));
+    EXPECT_TRUE(closedByItself);
+    EXPECT_EQ(dialogs.shown.size(), 1u);
+
+    const sim::ScannerMemory& memory = scanner().memory();
+    EXPECT_EQ(memory.channel(101).freq, 1551000u);
+    EXPECT_EQ(memory.channel(101).tag, "Fire dispatch");
+    EXPECT_TRUE(memory.channel(101).atten);
+    EXPECT_FALSE(memory.channel(101).lockout);
+    EXPECT_EQ(memory.channel(102).freq, 1625500u);   // the typed one
+    EXPECT_EQ(memory.channel(140).freq, 4602500u);
+    EXPECT_EQ(memory.channel(140).tag, "Police");
+    EXPECT_TRUE(memory.channel(140).lockout);
+    EXPECT_TRUE(memory.channel(150).empty());        // empty in the document: cleared
+    EXPECT_EQ(memory.channel(201).freq, 1545000u);   // another bank: not touched
+    EXPECT_TRUE(std::filesystem::exists(dir.path() / "txlog.txt"));
+
+    EXPECT_FALSE(doc.dirty);
+    EXPECT_TRUE(doc.memdata == before);
+    EXPECT_EQ(shown(1, col::tag), qs("Fire dispatch"));
+}
+
+TEST_F(SendDataMenuTest, NothingGoesOutForANoOrForAnEmptyBank)
+{
+    put(1, 1, "0155.1000", "Fire dispatch");
+    // Bank 1 is on show and has only a channel typed into the grid: the store
+    // takes the grid before the window opens, so the bank is not empty there.
+    typeFrequency(1, "146.52");
+    ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
+        EXPECT_EQ(w->combo1()->itemText(0), qs("1 - 100 / 1"));
+        EXPECT_EQ(w->combo1()->itemText(2), qs("201 - 300 / 3  -  EMPTY"));
+        tagsRead(w);
+        chooseBank(w, 1);
+        dialogs.answers = {Answer::No};
+        QTest::mouseClick(w->command5(), Qt::LeftButton);
+        ASSERT_EQ(dialogs.shown.size(), 1u);
+        EXPECT_EQ(dialogs.shown[0].buttons, Buttons::YesNo);
+        EXPECT_FALSE(w->runStarted());
+        EXPECT_TRUE(w->command5()->isEnabled());
+        EXPECT_TRUE(w->command3()->isEnabled());
+        scheduler.advance(60'000);
+        EXPECT_TRUE(w->isVisible());
+
+        // Bank 3 has nothing in the document: no question, nothing sent.
+        dialogs.shown.clear();
+        chooseBank(w, 2);
+        QTest::mouseClick(w->command5(), Qt::LeftButton);
+        ASSERT_EQ(dialogs.shown.size(), 1u);
+        EXPECT_EQ(dialogs.shown[0].text, "There is nothing to send!");
+        EXPECT_FALSE(w->runStarted());
+        EXPECT_TRUE(w->command5()->isEnabled());
+    }));
+    const sim::ScannerMemory& memory = scanner().memory();
+    EXPECT_TRUE(memory.channel(101).empty());
+    EXPECT_EQ(memory.channel(150).freq, 8510000u);
+    EXPECT_EQ(memory.channel(150).tag, "Old");
+    EXPECT_EQ(memory.channel(201).freq, 1545000u);
+}
+
+TEST_F(SendDataMenuTest, DeleteBankClearsTheBankInTheScannerAndResetsTheChoice)
+{
+    put(2, 1, "0154.5000", "Kept in the file");
+    doc.dirty = false;
+    ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
+        tagsRead(w);
+        chooseBank(w, 2);
+        dialogs.answers = {Answer::Yes};
+        QTest::mouseClick(w->command3(), Qt::LeftButton);
+        ASSERT_EQ(dialogs.shown.size(), 1u);
+        EXPECT_EQ(dialogs.shown[0].text,
+                  "You selected to delete all data in bank 3.\r\nChannels: 201 - 300\r\nAre you sure?");
+        for (int i = 0; i < 3; ++i) EXPECT_FALSE(w->option3D2(i)->isChecked()) << i;
+        EXPECT_EQ(w->combo1()->currentIndex(), -1);
+        EXPECT_FALSE(w->command3()->isEnabled());
+        EXPECT_TRUE(w->command5()->isEnabled());
+        EXPECT_TRUE(w->frame3D6()->isEnabled());
+        EXPECT_TRUE(w->isVisible());
+        EXPECT_FALSE(w->runStarted());
+    }));
+    const sim::ScannerMemory& memory = scanner().memory();
+    EXPECT_TRUE(memory.channel(201).empty());
+    EXPECT_TRUE(memory.channel(250).empty());
+    EXPECT_EQ(memory.channel(150).freq, 8510000u);
+    EXPECT_EQ(doc.memdata[2][1][col::freq], "0154.5000");
+    EXPECT_FALSE(doc.dirty);
+}
+
+TEST_F(SendDataMenuTest, StopMidRunGivesSendDataBack)
+{
+    put(0, 1, "0146.5200", "Calling");
+    put(5, 1, "0853.0000", "Not reached");
+    table->fillgrid();
+    ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
+        tagsRead(w);
+        QTest::mouseClick(w->option3D2(0), Qt::LeftButton);
+        QTest::mouseClick(w->command5(), Qt::LeftButton);
+        ASSERT_TRUE(w->runStarted());
+        scheduler.runUntil([w] { return w->engine().chanid >= 150; }, 3600'000);
+        QTest::mouseClick(w->command3d1(), Qt::LeftButton);
+
+        EXPECT_EQ(w->engine().stopflag, 1);
+        EXPECT_TRUE(w->command5()->isEnabled());
+        EXPECT_TRUE(w->command1()->isHidden());
+        EXPECT_TRUE(w->frame3D6()->isEnabled());
+        EXPECT_TRUE(w->isVisible());
+        const int at = w->engine().chanid;
+        scheduler.advance(60'000);
+        EXPECT_EQ(w->engine().chanid, at);
+        EXPECT_FALSE(w->runFinished());
+    }));
+    const sim::ScannerMemory& memory = scanner().memory();
+    EXPECT_EQ(memory.channel(1).freq, 1465200u);
+    EXPECT_TRUE(memory.channel(501).empty());
+    EXPECT_EQ(memory.channel(201).freq, 1545000u);
+}
+
+TEST_F(SendDataMenuTest, TheVirtualControlKeepsThePort)
+{
+    table->vcrunning = true;
+    EXPECT_FALSE(whileOpen([](Arcomm8*) {}));
+    ASSERT_EQ(dialogs.shown.size(), 1u);
+    EXPECT_EQ(dialogs.shown[0].text, MemTable::kVcRunning);
+
+    QAction* button = nullptr;
+    for (QAction* a : window->toolbar1()->actions())
+        if (a->property("key").toString() == "memsend") button = a;
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(button->toolTip(), qs("Send data to scanner"));
+    EXPECT_TRUE(button->isEnabled());
+    dialogs.shown.clear();
+    button->trigger();
+    ASSERT_EQ(dialogs.shown.size(), 1u);
+    EXPECT_EQ(dialogs.shown[0].text, MemTable::kVcRunning);
+
+    table->vcrunning = false;
+    dialogs.shown.clear();
+    EXPECT_TRUE(whileOpen([](Arcomm8*) {}));
+}
+
+TEST_F(SendDataMenuTest, TheTableCheckRunsBeforeTheUploadWhenChosen)
+{
+    // Outside the coverage: the check takes it down to 956 MHz.
+    put(0, 5, "1000.0000", "Too high");
+    table->fillgrid();
+    doc.dirty = false;
+    auto sendBankOne = [&] {
+        return whileOpen([&](Arcomm8* w) {
+            tagsRead(w);
+            chooseBank(w, 0);
+            QTest::mouseClick(w->command5(), Qt::LeftButton);
+            closesItself(w);
+        });
+    };
+
+    settings.option3 = 0;
+    ASSERT_TRUE(sendBankOne());
+    EXPECT_NE(scanner().memory().channel(5).freq, 9560000u);
+    EXPECT_EQ(doc.memdata[0][5][col::freq], "1000.0000");
+    EXPECT_FALSE(doc.dirty);
+
+    settings.option3 = 1;
+    ASSERT_TRUE(sendBankOne());
+    EXPECT_EQ(scanner().memory().channel(5).freq, 9560000u);
+    EXPECT_EQ(scanner().memory().channel(5).tag, "Too high");
+    EXPECT_EQ(doc.memdata[0][5][col::freq], "0956.0000");
+    EXPECT_EQ(shown(5, col::freq), qs("0956.0000"));
+    EXPECT_TRUE(doc.dirty);   // the check corrected the document
+}
+
+} // namespace
+} // namespace kestra
