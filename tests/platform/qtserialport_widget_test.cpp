@@ -96,3 +96,15 @@ TEST(QtSerialPortTest, MissingDevicesAndBadSettingsAreTold)
     bad.setSettings("fast,n,8,1");
     EXPECT_EQ(bad.open(), SerialPort::OpenResult::BadSettings);
 }
+
+TEST(QtSerialPortTest, APortHeldByAnotherProgramIsInUse)
+{
+    Pty pty;
+    ASSERT_FALSE(pty.slave.empty());
+    QtSerialPort first(pty.slave);
+    ASSERT_EQ(first.open(), SerialPort::OpenResult::Ok);
+    QtSerialPort second(pty.slave);
+    EXPECT_EQ(second.open(), SerialPort::OpenResult::InUse);
+    first.close();
+    EXPECT_EQ(second.open(), SerialPort::OpenResult::Ok);
+}
