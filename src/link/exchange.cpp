@@ -223,18 +223,16 @@ void ExchangeEngine::watchdog()
     wait(0.2);
     port_.input();
     port_.setRThreshold(1);
-    // The channel named in the status field starts again from its first
-    // command ("000" is channel 1000).
-    int shown = static_cast<int>(IntVal(status.text4));
-    if (shown == 0) shown = 1000;
+    // The channel shown in the status field starts again from its first
+    // command. (The field shows "000" for channel 0, the first of an
+    // all-bank read, and for channel 1000 alike: the number itself is taken.)
     rxdata.clear();
     if (caption_ == Caption::ReadData) {
         commstate = 1;
-        chanid = shown;
         sendWatched(wire::selectChannel(chanid));
     } else {
         commstate = 20;
-        chanid = std::max(shown - 1, 0);
+        chanid = std::max(chanid - 1, 0);
         armWatchdog();
         if (hooks.senddata) hooks.senddata();
     }

@@ -28,7 +28,12 @@ SerialPort::OpenResult VirtualPort::open()
     if (device_->held) return OpenResult::InUse;
     device_->held = true;
     open_ = true;
-    line_ = FaultyLine(device_->faults);
+    // The line's faults go on from where they were when the port is opened
+    // again: a reopen after a lost reply must not lose the same reply again.
+    if (!lineMade_) {
+        line_ = FaultyLine(device_->faults);
+        lineMade_ = true;
+    }
     return OpenResult::Ok;
 }
 

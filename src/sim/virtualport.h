@@ -72,6 +72,7 @@ private:
     std::int64_t lineFreeUs_ = 0;  // when the wire to the scanner is free again
     std::int64_t replyFreeUs_ = 0; // when the wire back is free again
     FaultyLine line_;
+    bool lineMade_ = false;
     std::string settings_ = "19200,n,8,1";
     int port_ = 1;
     int rThreshold_ = 0;

@@ -147,3 +147,26 @@ TEST(ReadPipeline, KindsNotBuiltYetAreNamedInTheirOrder)
     o.trunkIds = true;
     EXPECT_EQ(o.kindsNotAvailable(), "Not yet available in this version: Trunk Id's Search Events");
 }
+
+TEST(ReadPipeline, AFlakyLineStillReadsEveryChannelRight)
+{
+    // Lost and split replies over a whole read: each lost reply restarts its
+    // channel, and each finished channel clears the count of retries.
+    ReadRig rig(Model::BC796D, "drop=0.04,split=0.4,delay=30,seed=11");
+    const Document source = sourceDocument(Model::BC796D);
+    sim::fillFromDocument(rig.scanner.memory(), source);
+    ReadPipeline::Options options;
+    options.scope = ReadPipeline::Scope::AllBanks;
+    ASSERT_TRUE(rig.read(options));
+    EXPECT_TRUE(rig.pipeline->finished);
+    EXPECT_TRUE(rig.messages().empty());
+    for (int b = 0; b < 10; ++b)
+        for (int r = 1; r <= 100; ++r) {
+            const auto& want = source.memdata[b][r];
+            if (Val(want[col::freq]) == 0) continue;
+            ASSERT_EQ(rig.doc.memdata[b][r][col::freq], want[col::freq]) << b * 100 + r;
+            std::string tag = want[col::tag];
+            std::replace(tag.begin(), tag.end(), '"', ' ');
+            ASSERT_EQ(rig.doc.memdata[b][r][col::tag], tag) << b * 100 + r;
+        }
+}
