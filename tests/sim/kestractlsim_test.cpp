@@ -143,13 +143,14 @@ TEST(KestractlSim, LineFaultsRepeatWithTheirSeed)
         SimProcess sim(words);
         EXPECT_FALSE(sim.device().empty());
         TerminalClient client(sim.device(), B19200);
+        // What arrives, in order, does not depend on how fast the machine is:
+        // the faults are drawn reply by reply.
         std::string heard;
-        // Each reply has its time to come whole: the longest delay, the
-        // pauses of a split and the wire time together stay under 300 ms.
         for (int i = 1; i <= 8; ++i) {
             client.send("MA00" + std::to_string(i) + "\r\n");
-            heard += client.readFor(300) + "|";
+            heard += client.readFor(150);
         }
+        heard += client.readFor(500);
         EXPECT_EQ(sim.stop(), 0);
         return heard;
     };
@@ -158,5 +159,5 @@ TEST(KestractlSim, LineFaultsRepeatWithTheirSeed)
     EXPECT_EQ(session(knobs), first);
     const std::string clean = session("");
     EXPECT_NE(first, clean);
-    EXPECT_NE(clean.find("|C008 F00000000"), std::string::npos);
+    EXPECT_NE(clean.find("C008 F00000000"), std::string::npos);
 }
