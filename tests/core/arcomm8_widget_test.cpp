@@ -9,21 +9,17 @@
 #include "sim/virtualport.h"
 #include "sim/virtualscanner.h"
 
-#include "app/appports.h"
 #include "core/arcomm8.h"
 #include "core/gridmodel.h"
 #include "core/memtab.h"
 #include "core/memtable.h"
 #include "core/text.h"
 
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
 #include "platform/fake/virtualscheduler.h"
 
-#include "support/testfiles.h"
+#include "support/mainwindowrig.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -35,8 +31,6 @@
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTest>
-#include <QTimer>
-#include <QToolBar>
 
 #include <gtest/gtest.h>
 
@@ -373,66 +367,19 @@ TEST_F(Arcomm8Test, ClosingTheWindowMidRunStopsTheRunAndLetsGoOfThePort)
 
 // Read Data from the main window: the guard, the question of an unsaved
 // document, and the read through the window into the grid.
-class ReadDataMenuTest : public ::testing::Test {
+class ReadDataMenuTest : public ::testing::Test, protected test::MainWindowRig {
 protected:
     void SetUp() override
     {
-        settings.option4 = 1;   // exit without the question
-        table = std::make_unique<MemTable>(doc, settings, grid,
-                                           MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
-        table->readProfile();
-        table->readSettingsFiles();
-        ports = std::make_unique<AppPorts>(scheduler, dir.path());
-        fillScanner(ports->virtualScanner(doc.model.model()));
-        window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
-        window->setPorts(ports.get());
-        window->formLoad();
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    }
-    void TearDown() override
-    {
-        window.reset();
-        ports.reset();
-        table.reset();
+        Options options = Options::connected();
+        options.beforeWindow = [this] { fillScanner(ports->virtualScanner(doc.model.model())); };
+        start(options);
     }
 
     // Runs body on the transfer window once it is up (its load has run by
     // then), triggering the entry opens it; what body leaves open is closed.
     // False when no transfer window opened.
-    bool whileOpen(const std::function<void(Arcomm8*)>& body)
-    {
-        bool opened = false;
-        QTimer timer;
-        timer.setSingleShot(true);
-        QObject::connect(&timer, &QTimer::timeout, [&] {
-            auto* dialog = qobject_cast<Arcomm8*>(QApplication::activeModalWidget());
-            if (!dialog) return;
-            opened = true;
-            body(dialog);
-            if (dialog->isVisible()) dialog->reject();
-        });
-        timer.start(0);
-        window->action("menread")->trigger();
-        timer.stop();
-        return opened;
-    }
-
-    QString shown(int row, int col) const
-    {
-        return window->gridModel()->data(window->gridModel()->indexOfCell(row, col)).toString();
-    }
-
-    test::TempDir dir;
-    VirtualScheduler scheduler;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    Settings settings;
-    Document doc;
-    Grid grid;
-    std::unique_ptr<MemTable> table;
-    std::unique_ptr<AppPorts> ports;
-    std::unique_ptr<Memtab> window;
+    bool whileOpen(const std::function<void(Arcomm8*)>& body) { return ifOpened<Arcomm8>("menread", body); }
 };
 
 TEST_F(ReadDataMenuTest, ReadingBankTwoThroughTheWindowFillsTheGridAndTheTabs)
@@ -524,9 +471,7 @@ TEST_F(ReadDataMenuTest, TheVirtualControlKeepsThePort)
     EXPECT_EQ(dialogs.shown[0].text, MemTable::kVcRunning);
 
     // The toolbar button goes the same way.
-    QAction* button = nullptr;
-    for (QAction* a : window->toolbar1()->actions())
-        if (a->property("key").toString() == "menread") button = a;
+    QAction* button = toolbarButton("menread");
     ASSERT_NE(button, nullptr);
     EXPECT_EQ(button->toolTip(), qs("Read data from scanner"));
     EXPECT_TRUE(button->isEnabled());

@@ -8,28 +8,20 @@
 #include "sim/scannermemory.h"
 #include "sim/virtualscanner.h"
 
-#include "app/appports.h"
 #include "core/arcomm8.h"
 #include "core/gridmodel.h"
 #include "core/memtab.h"
 #include "core/memtable.h"
 
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-
-#include "support/testfiles.h"
+#include "support/mainwindowrig.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
 #include <QTest>
-#include <QTimer>
-#include <QToolBar>
 
 #include <gtest/gtest.h>
 
@@ -41,21 +33,11 @@ namespace {
 
 QString qs(const char* text) { return QString::fromUtf8(text); }
 
-class SendDataMenuTest : public ::testing::Test {
+class SendDataMenuTest : public ::testing::Test, protected test::MainWindowRig {
 protected:
     void SetUp() override
     {
-        settings.option4 = 1;   // exit without the question
-        table = std::make_unique<MemTable>(doc, settings, grid,
-                                           MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
-        table->readProfile();
-        table->readSettingsFiles();
-        ports = std::make_unique<AppPorts>(scheduler, dir.path());
-        window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
-        window->setPorts(ports.get());
-        window->formLoad();
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+        start(Options::connected());
 
         // The scanner holds channels of its own in banks 2 and 3 and a tag for bank 3.
         sim::ScannerMemory& memory = scanner().memory();
@@ -64,12 +46,6 @@ protected:
         memory.channel(201).freq = 1545000;
         memory.channel(250).freq = 4625000;
         memory.bankTags[2] = "Spare";
-    }
-    void TearDown() override
-    {
-        window.reset();
-        ports.reset();
-        table.reset();
     }
 
     sim::VirtualScanner& scanner() { return ports->virtualScanner(doc.model.model()); }
@@ -90,20 +66,7 @@ protected:
     // closed. False when no transfer window opened.
     bool whileOpen(const std::function<void(Arcomm8*)>& body, const char* entry = "memsend")
     {
-        bool opened = false;
-        QTimer timer;
-        timer.setSingleShot(true);
-        QObject::connect(&timer, &QTimer::timeout, [&] {
-            auto* dialog = qobject_cast<Arcomm8*>(QApplication::activeModalWidget());
-            if (!dialog) return;
-            opened = true;
-            body(dialog);
-            if (dialog->isVisible()) dialog->reject();
-        });
-        timer.start(0);
-        window->action(entry)->trigger();
-        timer.stop();
-        return opened;
+        return ifOpened<Arcomm8>(entry, body);
     }
 
     // Chooses Single Bank and a bank in the window.
@@ -129,20 +92,8 @@ protected:
     }
     QString shown(int row, int storeColumn) const
     {
-        const int col = gridColumnOfStore(doc.model.bc785d, storeColumn);
-        return window->gridModel()->data(window->gridModel()->indexOfCell(row, col)).toString();
+        return MainWindowRig::shown(row, gridColumnOfStore(doc.model.bc785d, storeColumn));
     }
-
-    test::TempDir dir;
-    VirtualScheduler scheduler;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    Settings settings;
-    Document doc;
-    Grid grid;
-    std::unique_ptr<MemTable> table;
-    std::unique_ptr<AppPorts> ports;
-    std::unique_ptr<Memtab> window;
 };
 
 TEST_F(SendDataMenuTest, ASingleBankGoesIntoTheScannerAndTheDocumentStaysAsItWas)
@@ -308,9 +259,7 @@ TEST_F(SendDataMenuTest, TheVirtualControlKeepsThePort)
     ASSERT_EQ(dialogs.shown.size(), 1u);
     EXPECT_EQ(dialogs.shown[0].text, MemTable::kVcRunning);
 
-    QAction* button = nullptr;
-    for (QAction* a : window->toolbar1()->actions())
-        if (a->property("key").toString() == "memsend") button = a;
+    QAction* button = toolbarButton("memsend");
     ASSERT_NE(button, nullptr);
     EXPECT_EQ(button->toolTip(), qs("Send data to scanner"));
     EXPECT_TRUE(button->isEnabled());

@@ -6,11 +6,7 @@
 #include "core/memtab.h"
 #include "core/memtable.h"
 
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-
-#include "support/testfiles.h"
+#include "support/mainwindowrig.h"
 
 #include <QComboBox>
 #include <QDialog>
@@ -28,34 +24,22 @@
 namespace kestra {
 namespace {
 
-class CellEntryWindowTest : public ::testing::Test {
+class CellEntryWindowTest : public ::testing::Test, protected test::MainWindowRig {
 protected:
     // Builds the window for a model, with the settings changed before Form Load.
     void start(Model model, const std::function<void(Settings&)>& configure = {})
     {
-        table = std::make_unique<MemTable>(doc, settings, grid,
-                                           MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
-        table->readProfile();
-        doc.model = ModelSwitches::of(model);
-        if (configure) configure(settings);
-        window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
-        window->formLoad();
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    }
-
-    void TearDown() override
-    {
-        window.reset();
-        table.reset();
+        Options options;
+        options.beforeWindow = [&] {
+            doc.model = ModelSwitches::of(model);
+            if (configure) configure(settings);
+        };
+        MainWindowRig::start(options);
     }
 
     QTableView* view() const { return window->memtabel(); }
     int column(int storeColumn) const { return gridColumnOfStore(doc.model.bc785d, storeColumn); }
-    QString shown(int row, int storeColumn) const
-    {
-        return window->gridModel()->data(window->gridModel()->indexOfCell(row, column(storeColumn))).toString();
-    }
+    QString shown(int row, int storeColumn) const { return MainWindowRig::shown(row, column(storeColumn)); }
     void select(int row, int storeColumn)
     {
         view()->setCurrentIndex(window->gridModel()->indexOfCell(row, column(storeColumn)));
@@ -76,16 +60,6 @@ protected:
         box->setCurrentIndex(at);
         emit box->activated(at);
     }
-
-    test::TempDir dir;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    Settings settings;
-    Document doc;
-    Grid grid;
-    std::unique_ptr<MemTable> table;
-    std::unique_ptr<Memtab> window;
 };
 
 // ---- Text1 -------------------------------------------------------------------------------------

@@ -7,20 +7,14 @@
 #include "sim/virtualport.h"
 #include "sim/virtualscanner.h"
 
-#include "app/appports.h"
 #include "core/comsetup.h"
 #include "core/gridmodel.h"
 #include "core/memtab.h"
 #include "core/memtable.h"
 #include "core/reffiles.h"
 
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
+#include "support/mainwindowrig.h"
 
-#include "support/testfiles.h"
-
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -30,7 +24,6 @@
 #include <QRadioButton>
 #include <QTableView>
 #include <QTest>
-#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -42,59 +35,21 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-class ComsetupTest : public ::testing::Test {
+class ComsetupTest : public ::testing::Test, protected test::MainWindowRig {
 protected:
     void SetUp() override
     {
-        settings.option4 = 1;   // exit without the question
-        prepare();
-        table = std::make_unique<MemTable>(doc, settings, grid,
-                                           MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
-        table->readProfile();
-        table->readSettingsFiles();
-        ports = std::make_unique<AppPorts>(scheduler, dir.path());
-        window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
-        window->setPorts(ports.get());
-        window->formLoad();
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    }
-
-    void TearDown() override
-    {
-        window.reset();
-        ports.reset();
-        table.reset();
+        Options options = Options::connected();
+        options.beforeTable = [this] { prepare(); };
+        start(options);
     }
 
     // Files of the program's folder before the start.
     virtual void prepare() {}
 
     // Opens Rs232 setup from the menu and acts on the window while its modal
-    // loop runs. A window that act leaves open is cancelled, so that a failing
-    // check never hangs the run.
-    void whileOpen(const std::function<void(Comsetup*)>& act)
-    {
-        bool ran = false;
-        QTimer::singleShot(0, window.get(), [&] {
-            ran = true;
-            auto* dialog = qobject_cast<Comsetup*>(QApplication::activeModalWidget());
-            if (!dialog) {
-                ADD_FAILURE() << "the setup window is not open";
-                if (QWidget* other = QApplication::activeModalWidget()) other->close();
-                return;
-            }
-            EXPECT_EQ(dialog->parent(), window.get());
-            act(dialog);
-            if (dialog->isVisible()) {
-                ADD_FAILURE() << "the window was left open";
-                dialog->reject();
-            }
-        });
-        window->action("comset")->trigger();
-        EXPECT_TRUE(ran);
-        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-    }
+    // loop runs.
+    void whileOpen(const std::function<void(Comsetup*)>& act) { MainWindowRig::whileOpen<Comsetup>("comset", act); }
 
     // A click where the user aims: on the mark of a radio or check box (a box
     // stretched by its layout takes no click beyond its text), in the middle of
@@ -106,29 +61,7 @@ protected:
         QTest::mouseClick(button, Qt::LeftButton, {}, at);
     }
 
-    Lines fileLines(const char* name) const { return test::crlfLines(test::readBytes(dir.path() / name)); }
-    Lines messages() const
-    {
-        Lines texts;
-        for (const auto& shown : dialogs.shown) texts.push_back(shown.text);
-        return texts;
-    }
     QComboBox* topCombo(const char* name) const { return window->findChild<QComboBox*>(name); }
-    QString shown(int row, int col) const
-    {
-        return window->gridModel()->data(window->gridModel()->indexOfCell(row, col)).toString();
-    }
-
-    test::TempDir dir;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    Settings settings;
-    Document doc;
-    Grid grid;
-    std::unique_ptr<MemTable> table;
-    std::unique_ptr<AppPorts> ports;
-    std::unique_ptr<Memtab> window;
 };
 
 // ---- Model, speed and port --------------------------------------------------------------

@@ -7,11 +7,7 @@
 #include "core/memtab.h"
 #include "core/memtable.h"
 
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-
-#include "support/testfiles.h"
+#include "support/mainwindowrig.h"
 
 #include <QDialog>
 #include <QKeyEvent>
@@ -50,24 +46,13 @@ std::string plainChannel(int number, const std::string& freq, const std::string&
     return channelLine(number, {freq, tag, "0", "0", "0", "0", "0", "0", "0", "0", "0", "0"});
 }
 
-class MemtabTest : public ::testing::Test {
+class MemtabTest : public ::testing::Test, protected test::MainWindowRig {
 protected:
     void SetUp() override
     {
-        table = std::make_unique<MemTable>(doc, settings, grid,
-                                           MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
-        table->readProfile();
-        prepare();
-        window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
-        window->formLoad();
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    }
-
-    void TearDown() override
-    {
-        window.reset();
-        table.reset();
+        Options options;
+        options.beforeWindow = [this] { prepare(); };
+        start(options);
     }
 
     // Settings and files of the program's folder before Form Load.
@@ -135,24 +120,10 @@ protected:
         return nullptr;
     }
 
-    QString shown(int row, int col) const
-    {
-        return window->gridModel()->data(window->gridModel()->indexOfCell(row, col)).toString();
-    }
     QString channelHeader(int row) const
     {
         return window->gridModel()->headerData(row - 1, Qt::Vertical).toString();
     }
-
-    test::TempDir dir;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    Settings settings;
-    Document doc;
-    Grid grid;
-    std::unique_ptr<MemTable> table;
-    std::unique_ptr<Memtab> window;
 };
 
 // ---- Files, tabs and editing ---------------------------------------------------------

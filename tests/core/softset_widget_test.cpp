@@ -9,13 +9,8 @@
 #include "core/memtable.h"
 #include "core/softset.h"
 
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
+#include "support/mainwindowrig.h"
 
-#include "support/testfiles.h"
-
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -25,7 +20,6 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
-#include <QTimer>
 #include <QToolBar>
 
 #include <gtest/gtest.h>
@@ -88,81 +82,22 @@ std::vector<std::string> changedKeys(const Settings& before, const Settings& aft
     return keys;
 }
 
-class SettingsWindowsTest : public ::testing::Test {
+class SettingsWindowsTest : public ::testing::Test, protected test::MainWindowRig {
 protected:
     void SetUp() override
     {
         settings.option4 = 1;   // exit without the question
-        table = std::make_unique<MemTable>(doc, settings, grid,
-                                           MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
-        table->readProfile();
-        window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
-        window->formLoad();
-        window->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    }
-
-    void TearDown() override
-    {
-        window.reset();
-        table.reset();
-    }
-
-    // Runs open, which shows a modal window of type W, and acts on that window
-    // while its loop runs. A window that act leaves open is cancelled, so that a
-    // failing check never hangs the run.
-    template <class W>
-    void whileOpen(const std::function<void()>& open, const std::function<void(W*)>& act)
-    {
-        bool ran = false;
-        QTimer::singleShot(0, window.get(), [&] {
-            ran = true;
-            W* dialog = qobject_cast<W*>(QApplication::activeModalWidget());
-            if (!dialog) {
-                ADD_FAILURE() << "the expected modal window is not open";
-                if (QWidget* other = QApplication::activeModalWidget()) other->close();
-                return;
-            }
-            EXPECT_EQ(dialog->parent(), window.get());
-            act(dialog);
-            if (dialog->isVisible()) {
-                ADD_FAILURE() << "the window was left open";
-                dialog->reject();
-            }
-        });
-        open();
-        EXPECT_TRUE(ran);
-        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-    }
-    template <class W>
-    void whileOpen(const char* entryName, const std::function<void(W*)>& act)
-    {
-        whileOpen<W>([this, entryName] { window->action(entryName)->trigger(); }, act);
+        start();
     }
 
     void exitProgram() { ASSERT_TRUE(window->close()); }
 
-    std::vector<std::string> setupLines() const { return test::crlfLines(test::readBytes(dir.path() / "setup.ini")); }
+    std::vector<std::string> setupLines() const { return fileLines("setup.ini"); }
     bool setupHas(const std::string& line) const
     {
         const auto lines = setupLines();
         return std::find(lines.begin(), lines.end(), line) != lines.end();
     }
-
-    QString shown(int row, int col) const
-    {
-        return window->gridModel()->data(window->gridModel()->indexOfCell(row, col)).toString();
-    }
-
-    test::TempDir dir;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    Settings settings;
-    Document doc;
-    Grid grid;
-    std::unique_ptr<MemTable> table;
-    std::unique_ptr<Memtab> window;
 };
 
 // ---- Software Options ----------------------------------------------------------------

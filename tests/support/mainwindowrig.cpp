@@ -1,0 +1,59 @@
+#include "support/mainwindowrig.h"
+
+#include "core/gridmodel.h"
+
+#include <QTest>
+#include <QToolBar>
+
+namespace kestra::test {
+
+void MainWindowRig::start(const Options& options)
+{
+    if (options.quietExit) settings.option4 = 1;
+    if (options.beforeTable) options.beforeTable();
+    table = std::make_unique<MemTable>(doc, settings, grid,
+                                       MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
+    table->readProfile();
+    if (options.readSettingsFiles) table->readSettingsFiles();
+    if (options.withPorts) ports = std::make_unique<AppPorts>(scheduler, dir.path());
+    if (options.beforeWindow) options.beforeWindow();
+    window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
+    if (ports) window->setPorts(ports.get());
+    window->formLoad();
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+}
+
+void MainWindowRig::close()
+{
+    window.reset();
+    ports.reset();
+    table.reset();
+}
+
+QString MainWindowRig::shown(int row, int col) const
+{
+    return window->gridModel()->data(window->gridModel()->indexOfCell(row, col)).toString();
+}
+
+QAction* MainWindowRig::toolbarButton(const char* key) const
+{
+    QAction* button = nullptr;
+    for (QAction* a : window->toolbar1()->actions())
+        if (a->property("key").toString() == key) button = a;
+    return button;
+}
+
+std::vector<std::string> MainWindowRig::messages() const
+{
+    std::vector<std::string> texts;
+    for (const auto& box : dialogs.shown) texts.push_back(box.text);
+    return texts;
+}
+
+std::vector<std::string> MainWindowRig::fileLines(const char* name) const
+{
+    return crlfLines(readBytes(dir.path() / name));
+}
+
+} // namespace kestra::test
