@@ -1,0 +1,300 @@
+#include "editor/lineops.h"
+
+#include "core/memtable.h"
+#include "core/text.h"
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+
+namespace kestra {
+
+namespace {
+
+constexpr const char* kCrLf = "\r\n";
+constexpr int kUndoColumns = 13;
+
+// A freed or new line: blanks, and "Empty" where the frequency stands.
+void blankLine(std::array<std::string, kCellColumns>& line, const std::string& blank)
+{
+    for (int c = 0; c < kUndoColumns; ++c) line[c] = blank;
+    line[col::comment].clear();
+    line[col::freq] = "Empty";
+}
+
+} // namespace
+
+int LineOperations::bank() const { return table_.doc().currentBank; }
+
+std::array<std::string, kCellColumns>& LineOperations::line(int row)
+{
+    return table_.doc().memdata[bank()][row];
+}
+
+void LineOperations::selectedRows(int& top, int& bottom) const
+{
+    const GridSelection& s = table_.grid().selection();
+    top = std::clamp(s.top(), 1, kChannelRows);
+    bottom = std::clamp(s.bottom(), 1, kChannelRows);
+}
+
+bool LineOperations::confirmed()
+{
+    if (table_.settings().expert == 1) return true;
+    return table_.dialogs().message("Are you sure?", {}, Buttons::YesNo, Icon::Question) == Answer::Yes;
+}
+
+void LineOperations::finish()
+{
+    table_.fillgrid();
+    table_.markDirty();
+}
+
+// ---- undo ----
+
+void LineOperations::saveundo()
+{
+    table_.createbank();
+    const int b = bank();
+    if (b < 0 || b > kDummyBank) return;
+    for (int r = 1; r <= kChannelRows; ++r)
+        for (int c = 0; c < kUndoColumns; ++c) undodata[b][r][c] = line(r)[c];
+    undoflag[b] = 1;
+}
+
+void LineOperations::tabundo()
+{
+    const int b = bank();
+    if (!canUndo(b)) return;
+    for (int r = 1; r <= kChannelRows; ++r)
+        for (int c = 0; c < kUndoColumns; ++c) line(r)[c] = undodata[b][r][c];
+    finish();
+}
+
+// ---- cells ----
+
+std::string LineOperations::clipText(const Grid& grid)
+{
+    const GridSelection& s = grid.selection();
+    std::string text;
+    for (int r = s.top(); r <= s.bottom(); ++r) {
+        if (r != s.top()) text += '\r';
+        for (int c = s.left(); c <= s.right(); ++c) {
+            if (c != s.left()) text += '\t';
+            text += grid.text(r, c);
+        }
+    }
+    return text;
+}
+
+void LineOperations::setClipText(Grid& grid, const std::string& text)
+{
+    const GridSelection& s = grid.selection();
+    int r = s.top(), c = s.left();
+    std::string cell;
+    auto put = [&] {
+        if (r <= s.bottom() && c <= s.right()) grid.setText(r, c, cell);
+        cell.clear();
+    };
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char ch = text[i];
+        if (ch == '\t') {
+            put();
+            ++c;
+        } else if (ch == '\r') {
+            put();
+            ++r;
+            c = s.left();
+            if (i + 1 < text.size() && text[i + 1] == '\n') ++i;  // CR LF is one line end
+        } else {
+            cell += ch;
+        }
+    }
+    put();
+}
+
+void LineOperations::selectlines()
+{
+    Grid& grid = table_.grid();
+    remembered_ = grid.selection();
+    grid.setSelection({remembered_.top(), 1, remembered_.bottom(), grid.cols() - 1});
+}
+
+std::string LineOperations::copycells()
+{
+    saveundo();
+    const std::string clip = clipText(table_.grid());
+    std::string text;
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t end = clip.find('\r', start);
+        text += clip.substr(start, end == std::string::npos ? std::string::npos : end - start);
+        text += kCrLf;
+        if (end == std::string::npos) break;
+        start = end + 1;
+    }
+    return text;
+}
+
+std::string LineOperations::cutcells()
+{
+    std::string text = copycells();
+    Grid& grid = table_.grid();
+    const GridSelection s = grid.selection();
+    for (int r = s.top(); r <= s.bottom(); ++r)
+        for (int c = s.left(); c <= s.right(); ++c) grid.setText(r, c, "");
+    table_.markDirty();
+    return text;
+}
+
+void LineOperations::pastecells(const std::string& clipboard)
+{
+    if (clipboard.empty()) return;
+    saveundo();
+    const bool endsWithLineEnd = clipboard.size() >= 2 && clipboard.ends_with(kCrLf);
+    int rows = static_cast<int>(std::count(clipboard.begin(), clipboard.end(), '\r'));
+    if (endsWithLineEnd) --rows;
+    rows = std::max(rows, 0);
+    // The shape's width is the first line's: one more cell than its tabs.
+    const std::string first = clipboard.substr(0, clipboard.find('\r'));
+    const int cols = static_cast<int>(std::count(first.begin(), first.end(), '\t'));
+
+    Grid& grid = table_.grid();
+    const GridSelection s = grid.selection();
+    grid.setSelection({s.row, s.col, s.row + rows, s.col + cols});
+    setClipText(grid, endsWithLineEnd ? clipboard.substr(0, clipboard.size() - 2) : clipboard);
+    table_.markDirty();
+}
+
+void LineOperations::fillDown()
+{
+    saveundo();
+    Grid& grid = table_.grid();
+    const GridSelection s = grid.selection();
+    for (int c = s.left(); c <= s.right(); ++c) {
+        const std::string first = grid.text(s.top(), c);
+        for (int r = s.top() + 1; r <= s.bottom(); ++r) grid.setText(r, c, first);
+    }
+    table_.markDirty();
+}
+
+void LineOperations::fillSeries()
+{
+    Grid& grid = table_.grid();
+    const GridSelection s = grid.selection();
+    const int tagColumn = gridColumnOfStore(table_.doc().model.bc785d, col::tag);
+    if (tagColumn == 0 || s.left() != tagColumn || s.right() != tagColumn) return;
+
+    std::string text = grid.text(s.row, s.col);
+    while (!text.empty() && text.back() == ' ') text.pop_back();
+    std::size_t digits = 0;
+    while (digits < 6 && digits < text.size() &&
+           std::isdigit(static_cast<unsigned char>(text[text.size() - 1 - digits])))
+        ++digits;
+    if (digits == 0) return;
+
+    saveundo();
+    const std::string stem = text.substr(0, text.size() - digits);
+    long long counter = std::stoll(text.substr(text.size() - digits));
+    for (int r = s.row + 1; r <= s.bottom(); ++r) grid.setText(r, s.col, stem + std::to_string(++counter));
+    table_.markDirty();
+}
+
+// ---- lines ----
+
+void LineOperations::clearSelectedLines()
+{
+    if (!confirmed()) return;
+    saveundo();
+    int top, bottom;
+    selectedRows(top, bottom);
+    for (int r = top; r <= bottom; ++r)
+        for (auto& cell : line(r)) cell.clear();
+    finish();
+}
+
+void LineOperations::insertEmptyLine()
+{
+    saveundo();
+    Grid& grid = table_.grid();
+    const int freqColumn = gridColumnOfStore(table_.doc().model.bc785d, col::freq);
+    if (Val(line(kChannelRows)[col::freq]) != 0 || !grid.text(kChannelRows, freqColumn).empty()) {
+        std::string number = grid.text(kChannelRows, 0);
+        if (number.empty()) number = std::to_string(kChannelRows);
+        const std::string question = "Channel " + number + " contains data." + kCrLf + "This data will be lost." +
+                                     kCrLf + "Continue?";
+        if (table_.dialogs().message(question, "Warning", Buttons::YesNo, Icon::Exclamation) != Answer::Yes) return;
+    }
+    const int current = std::clamp(grid.selection().row, 1, kChannelRows);
+    for (int r = kChannelRows; r > current; --r) line(r) = line(r - 1);
+    blankLine(line(current), " ");
+    finish();
+}
+
+void LineOperations::removeAllEmptyLines()
+{
+    saveundo();
+    const std::string marker = "9999";
+    int r = 1;
+    while (r <= kChannelRows && line(r)[col::freq] != marker) {
+        if (Val(line(r)[col::freq]) != 0) {
+            ++r;
+            continue;
+        }
+        // Take the row out; the line moved up is looked at again.
+        for (int below = r; below < kChannelRows; ++below) line(below) = std::move(line(below + 1));
+        blankLine(line(kChannelRows), " ");
+        line(kChannelRows)[col::freq] = marker;
+    }
+    for (int row = 1; row <= kChannelRows; ++row)
+        if (line(row)[col::freq] == marker) line(row)[col::freq] = "Empty";
+    finish();
+}
+
+void LineOperations::removeSelectedLines()
+{
+    if (!confirmed()) return;
+    saveundo();
+    int top, bottom;
+    selectedRows(top, bottom);
+    const int count = bottom - top + 1;
+    for (int r = top; r + count <= kChannelRows; ++r) line(r) = std::move(line(r + count));
+    for (int r = kChannelRows - count + 1; r <= kChannelRows; ++r) blankLine(line(r), "");
+    finish();
+}
+
+void LineOperations::shiftUp() { shift(table_.settings().shiftdir == 1 ? 1 : -1); }
+void LineOperations::shiftDown() { shift(table_.settings().shiftdir == 1 ? -1 : 1); }
+
+void LineOperations::shift(int step)
+{
+    Grid& grid = table_.grid();
+    const GridSelection s = grid.selection();
+    if (s.top() != s.bottom()) return;
+    const int from = s.row, to = s.row + step;
+    if (from < 1 || from > kChannelRows || to < 1 || to > kChannelRows) return;
+    saveundo();
+    std::swap(line(from), line(to));
+    // The selection follows the line, so the next shift moves it again.
+    grid.setSelection({to, s.col, to, s.colSel});
+    finish();
+}
+
+void LineOperations::clearLockoutChannels()
+{
+    saveundo();
+    for (int r = 1; r <= kChannelRows; ++r)
+        if (line(r)[col::lockout] == "1") line(r)[col::freq] = "Empty";
+    finish();
+}
+
+void LineOperations::clearCurrentBank()
+{
+    const std::string question = std::string("This will clear the current bank.") + kCrLf + "Are you sure?";
+    if (table_.dialogs().message(question, {}, Buttons::YesNo, Icon::Question) != Answer::Yes) return;
+    saveundo();
+    table_.clearbank();
+    finish();
+}
+
+} // namespace kestra

@@ -1,0 +1,77 @@
+#pragma once
+// The Edit and Options entries that work on the selected cells or on whole
+// lines of the current bank: undo, cut, copy, paste, clear, insert, remove,
+// shift and fill. Cell operations work on the grid; line operations work on
+// memdata and repaint once with fillgrid. Every operation first keeps a copy
+// of the bank, so one step of undo per bank is always at hand.
+//
+// The clipboard is plain text passed in and out as a string; the window
+// connects it to the system clipboard.
+
+#include "core/document.h"
+#include "core/grid.h"
+
+#include <array>
+#include <string>
+
+namespace kestra {
+
+class MemTable;
+
+class LineOperations {
+public:
+    explicit LineOperations(MemTable& table) : table_(table) {}
+
+    // createbank, then a copy of rows 1..100, columns 0..12 of the current bank.
+    void saveundo();
+    // Brings back the bank's copy (again and again: the copy is kept).
+    void tabundo();
+    bool canUndo(int bank) const { return bank >= 0 && bank <= kDummyBank && undoflag[bank] != 0; }
+
+    // Stretches the selection over all data columns of the selected rows.
+    void selectlines();
+    const GridSelection& rememberedSelection() const { return remembered_; }
+
+    // The selection as clipboard text: cells divided by TAB, each line ended by CR LF.
+    std::string copycells();
+    std::string cutcells();
+    // Lays the clipboard text in from the current cell. An empty text is a
+    // failed clipboard read and changes nothing.
+    void pastecells(const std::string& clipboard);
+    std::string copyLines() { selectlines(); return copycells(); }
+    std::string cutLines() { selectlines(); return cutcells(); }
+    void pasteLines(const std::string& clipboard) { selectlines(); pastecells(clipboard); }
+
+    void clearSelectedLines();
+    void insertEmptyLine();
+    void removeAllEmptyLines();
+    void removeSelectedLines();
+    void shiftUp();
+    void shiftDown();
+    void fillDown();
+    void fillSeries();
+    void clearLockoutChannels();
+    void clearCurrentBank();
+
+    // The grid's clip text of the selection: cells by TAB, lines by CR.
+    static std::string clipText(const Grid& grid);
+    // Sets the selection's cells from a clip text; cells outside the grid are dropped.
+    static void setClipText(Grid& grid, const std::string& text);
+
+    using BankCopy = std::array<std::array<std::string, 13>, kChannelRows + 1>;
+    std::array<BankCopy, kDummyBank + 1> undodata;
+    std::array<int, kDummyBank + 1> undoflag{};
+
+private:
+    bool confirmed();
+    int bank() const;
+    std::array<std::string, kCellColumns>& line(int row);
+    void selectedRows(int& top, int& bottom) const;
+    void shift(int step);
+    void finish();
+
+    MemTable& table_;
+    GridSelection remembered_;
+};
+
+} // namespace kestra
