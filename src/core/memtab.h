@@ -8,6 +8,7 @@
 
 #include "core/memtable.h"
 #include "core/reffiles.h"
+#include "editor/backup.h"
 #include "editor/cellentry.h"
 #include "editor/frequencyentry.h"
 
@@ -173,6 +174,7 @@ private:
     GridModel* model_ = nullptr;
     std::unique_ptr<FrequencyEntry> frequency_;
     std::unique_ptr<CellEntry> cellEntry_;
+    std::unique_ptr<Backup> backup_;   // Timer3, started with Form Load
     AppPorts* ports_ = nullptr;
     std::unique_ptr<AppPorts> ownPorts_;
 

@@ -59,6 +59,7 @@ public:
     Grid& grid() { return grid_; }
     Dialogs& dialogs() { return services_.dialogs; }
     Scheduler& scheduler() { return services_.scheduler; }
+    ProfileStore& profile() { return services_.profile; }
     const AppFolder& folder() const { return services_.folder; }
 
     // ---- the bridge between grid and store ----

@@ -1,0 +1,70 @@
+#include "backup.h"
+
+#include "core/memfile.h"
+#include "core/memtable.h"
+
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <system_error>
+
+namespace kestra {
+
+DateTime localNow()
+{
+    const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+    std::tm local{};
+    localtime_r(&now, &local);
+    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec};
+}
+
+std::string backupFileName(const DateTime& when)
+{
+    char date[32], time[32];
+    std::snprintf(date, sizeof date, "%04d-%02d-%02d", when.year, when.month, when.day);
+    std::snprintf(time, sizeof time, "%02d:%02d:%02d", when.hour, when.minute, when.second);
+    std::string name = std::string(date) + "_" + time + " membackup.mem";
+    for (char& c : name)
+        if (c == ':' || c == '/' || c == '\\') c = '_';
+    return name;
+}
+
+Backup::Backup(MemTable& table, Clock clock) : table_(table), clock_(std::move(clock))
+{
+    timer3_ = makeTimer(table_.scheduler(), kTickMs, false, [this] { tick(); });
+    timer3_->setEnabled(true);
+}
+
+Backup::~Backup() = default;
+
+std::filesystem::path Backup::folder() const { return std::filesystem::path(table_.backdir) / "backup"; }
+
+void Backup::tick()
+{
+    if (table_.settings().backena == 0 || table_.vcrunning) return;
+    ++counter_;
+    const std::string name = backupFileName(clock_());
+    // One level, as a folder command makes it; when it cannot be made the
+    // write below fails and that is all.
+    std::error_code ignored;
+    std::filesystem::create_directory(folder(), ignored);
+    if (counter_ < table_.settings().backupdelay) return;
+    counter_ = 0;
+    table_.createbank();
+    // No message on failure: a backup that cannot be written waits for the
+    // next round. A written one counts as a save.
+    if (writeFileAtomic(folder() / name, memText(table_.doc(), table_.settings())).empty()) table_.doc().dirty = false;
+}
+
+std::array<RecentFile, 4> readRecentFiles(const ProfileStore& profile)
+{
+    std::array<RecentFile, 4> entries;
+    for (int i = 0; i < 4; ++i) {
+        auto& entry = entries[static_cast<std::size_t>(i)];
+        entry.name = profile.get(kRecentSection, "RecentFile" + std::to_string(i + 1), "Not Used");
+        entry.used = entry.name.substr(0, 8) != "Not Used";
+    }
+    return entries;
+}
+
+} // namespace kestra
