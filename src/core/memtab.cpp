@@ -14,6 +14,7 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -168,6 +169,11 @@ Memtab::Memtab(MemTable& table, AppFolder folder, QWidget* parent)
     model_->onEdited = [this](int, int) { table_.markDirty(); };
     frequency_ = std::make_unique<FrequencyEntry>(table_);
     cellEntry_ = std::make_unique<CellEntry>(table_, *frequency_);
+    lineOps_ = std::make_unique<LineOperations>(table_);
+    // Shift+Delete, Ctrl+D and Ctrl+U run the menu entries of the same work.
+    cellEntry_->clearSelectedLines = [this] { action("memtab_delline")->trigger(); };
+    cellEntry_->shiftChannelDown = [this] { action("edit_shiftdown")->trigger(); };
+    cellEntry_->shiftChannelUp = [this] { action("edit_shiftup")->trigger(); };
 
     buildMenus();
     buildToolbars();
@@ -211,6 +217,18 @@ void Memtab::connectEntry(const char* name, void (Memtab::*handler)())
 {
     QAction* entry = action(name);
     if (entry) connect(entry, &QAction::triggered, this, [this, handler] { (this->*handler)(); });
+}
+
+void Memtab::connectLineEntry(const char* name, void (Memtab::*handler)())
+{
+    QAction* entry = action(name);
+    if (!entry) return;
+    entry->setEnabled(true);
+    connect(entry, &QAction::triggered, this, [this, handler] {
+        commitEdit();
+        (this->*handler)();
+        afterLineOperation();
+    });
 }
 
 void Memtab::connectPortEntry(const char* name, void (Memtab::*handler)())
@@ -454,6 +472,40 @@ void Memtab::buildMenus()
     connectEntry("runband2", &Memtab::menuBandplanAllBanks);
     connectEntry("shortkey", &Memtab::showShortcuts);
     connectPortEntry("comset", &Memtab::menuComset);
+    const std::pair<const char*, void (Memtab::*)()> lineEntries[] = {
+        {"tabundo", &Memtab::editUndo},
+        {"tab_cut", &Memtab::editCut},
+        {"tab_copy", &Memtab::editCopy},
+        {"tab_paste", &Memtab::editPaste},
+        {"tab_delete", &Memtab::editDelete},
+        {"cut_line", &Memtab::editCutLines},
+        {"copy_line", &Memtab::editCopyLines},
+        {"paste_line", &Memtab::editPasteLines},
+        {"edit_shiftup", &Memtab::editShiftUp},
+        {"edit_shiftdown", &Memtab::editShiftDown},
+        {"memtab_delline", &Memtab::editClearSelectedLines},
+        {"memtab_inslin", &Memtab::editInsertEmptyLine},
+        {"memtab_remlines", &Memtab::editRemoveEmptyLines},
+        {"memtab_shiftup", &Memtab::editRemoveSelectedLines},
+        {"remove_pass", &Memtab::editClearLockouts},
+        {"menu_fd", &Memtab::editFillDown},
+        {"menu_fs", &Memtab::editFillSeries},
+        {"menucreate", &Memtab::editClearBank},
+        {"popcut", &Memtab::editCut},
+        {"popcopy", &Memtab::editCopy},
+        {"tabpaste", &Memtab::editPaste},
+        {"pop_delete", &Memtab::editDelete},
+        {"popcline", &Memtab::editCutLines},
+        {"popcopyline", &Memtab::editCopyLines},
+        {"poppasteline", &Memtab::editPasteLines},
+        {"popdel", &Memtab::editClearSelectedLines},
+        {"popinster", &Memtab::editInsertEmptyLine},
+        {"popshift", &Memtab::editRemoveSelectedLines},
+        {"pop_shiftup", &Memtab::editShiftUp},
+        {"pop_shiftdown", &Memtab::editShiftDown},
+        {"popfill", &Memtab::editFillDown},
+    };
+    for (const auto& [name, handler] : lineEntries) connectLineEntry(name, handler);
     connectPortEntry("menread", &Memtab::menuReadData);
     connectPortEntry("memsend", &Memtab::menuSendData);
 }
@@ -1055,6 +1107,7 @@ void Memtab::gridDoubleClicked(int row, int col)
 
 void Memtab::openText1()
 {
+    lineOps_->saveundo();   // Undo brings back the bank as it was before this edit
     const CellEntry::Edit& edit = cellEntry_->edit();
     const QModelIndex index = model_->indexOfCell(edit.row, edit.col);
     memtabel_->scrollTo(index);
@@ -1106,6 +1159,32 @@ void Memtab::onTabChanged(int index)
     table_.changeBank(index);
     bankChanged();
     setBusy(false);
+}
+
+void Memtab::editUndo() { lineOps_->tabundo(); }
+void Memtab::editCut() { QGuiApplication::clipboard()->setText(toQt(lineOps_->cutcells())); }
+void Memtab::editCopy() { QGuiApplication::clipboard()->setText(toQt(lineOps_->copycells())); }
+void Memtab::editPaste() { lineOps_->pastecells(fromQt(QGuiApplication::clipboard()->text())); }
+void Memtab::editDelete() { lineOps_->cutcells(); }
+void Memtab::editCutLines() { QGuiApplication::clipboard()->setText(toQt(lineOps_->cutLines())); }
+void Memtab::editCopyLines() { QGuiApplication::clipboard()->setText(toQt(lineOps_->copyLines())); }
+void Memtab::editPasteLines() { lineOps_->pasteLines(fromQt(QGuiApplication::clipboard()->text())); }
+void Memtab::editShiftUp() { lineOps_->shiftUp(); }
+void Memtab::editShiftDown() { lineOps_->shiftDown(); }
+void Memtab::editClearSelectedLines() { lineOps_->clearSelectedLines(); }
+void Memtab::editInsertEmptyLine() { lineOps_->insertEmptyLine(); }
+void Memtab::editRemoveEmptyLines() { lineOps_->removeAllEmptyLines(); }
+void Memtab::editRemoveSelectedLines() { lineOps_->removeSelectedLines(); }
+void Memtab::editClearLockouts() { lineOps_->clearLockoutChannels(); }
+void Memtab::editFillDown() { lineOps_->fillDown(); }
+void Memtab::editFillSeries() { lineOps_->fillSeries(); }
+void Memtab::editClearBank() { lineOps_->clearCurrentBank(); }
+
+void Memtab::afterLineOperation()
+{
+    updateCaption();
+    updateChannelPanel();
+    syncListCombos();
 }
 
 void Memtab::afterFileCommand()

@@ -11,6 +11,7 @@
 #include "editor/backup.h"
 #include "editor/cellentry.h"
 #include "editor/frequencyentry.h"
+#include "editor/lineops.h"
 
 #include "platform/appfolder.h"
 
@@ -75,6 +76,7 @@ public:
     QProgressBar* prstatus() const { return prstatus_; }
     QWidget* helpbar() const { return helpbar_; }
     CellEntry& cellEntry() { return *cellEntry_; }
+    LineOperations& lineOps() { return *lineOps_; }
     // The in-place text box over the cell being typed into.
     QLineEdit* text1() const { return text1_; }
     // The top frame: the Smart Info bar with its title and text, and the combos.
@@ -118,6 +120,8 @@ private:
     QAction* addEntry(QMenu* menu, const char* name, const char* caption, bool enabled = false);
     QMenu* addSubmenu(QMenu* parentMenu, const char* name, const char* caption, bool enabled = true);
     void connectEntry(const char* name, void (Memtab::*handler)());
+    // An entry that closes the open cell edit and runs a line operation.
+    void connectLineEntry(const char* name, void (Memtab::*handler)());
     // An entry that needs the scanner's port: it refuses while the Virtual
     // Control holds the port.
     void connectPortEntry(const char* name, void (Memtab::*handler)());
@@ -168,12 +172,33 @@ private:
     void menuBandplanAllBanks();
     void showShortcuts();
     void afterFileCommand();
+    // Edit and Options entries over LineOperations, with the system clipboard.
+    void editUndo();
+    void editCut();
+    void editCopy();
+    void editPaste();
+    void editDelete();
+    void editCutLines();
+    void editCopyLines();
+    void editPasteLines();
+    void editShiftUp();
+    void editShiftDown();
+    void editClearSelectedLines();
+    void editInsertEmptyLine();
+    void editRemoveEmptyLines();
+    void editRemoveSelectedLines();
+    void editClearLockouts();
+    void editFillDown();
+    void editFillSeries();
+    void editClearBank();
+    void afterLineOperation();
 
     MemTable& table_;
     AppFolder folder_;
     GridModel* model_ = nullptr;
     std::unique_ptr<FrequencyEntry> frequency_;
     std::unique_ptr<CellEntry> cellEntry_;
+    std::unique_ptr<LineOperations> lineOps_;
     std::unique_ptr<Backup> backup_;   // Timer3, started with Form Load
     AppPorts* ports_ = nullptr;
     std::unique_ptr<AppPorts> ownPorts_;

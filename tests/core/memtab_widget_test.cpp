@@ -470,7 +470,13 @@ const std::set<std::string> kWorkingEntries = {"menunew", "tabopen", "openspecia
                                                "open_780file", "exit_tab", "bk0", "mnu_toolb", "nu_hbar",
                                                "emptystatus", "hpabout", "popedit", "restable", "setdef",
                                                "soft_options", "checktab", "runband1", "runband2", "shortkey",
-                                               "comset", "menread", "memsend"};
+                                               "comset", "menread", "memsend", "tabundo", "tab_cut",
+                                               "tab_copy", "tab_paste", "tab_delete", "cut_line", "copy_line",
+                                               "paste_line", "edit_shiftup", "edit_shiftdown", "memtab_delline",
+                                               "memtab_inslin", "memtab_remlines", "memtab_shiftup", "remove_pass",
+                                               "menu_fd", "menu_fs", "menucreate", "popcut", "popcopy", "tabpaste",
+                                               "pop_delete", "popcline", "popcopyline", "poppasteline", "popdel",
+                                               "popinster", "popshift", "pop_shiftup", "pop_shiftdown", "popfill"};
 
 TEST_F(MemtabTest, MenuTreeHasEveryControlWithItsCaption)
 {
@@ -556,8 +562,10 @@ TEST_F(MemtabTest, ToolbarsHaveTheirTipsInOrderAndCallTheMenuHandlers)
     QTest::mouseClick(window->toolbar1()->widgetForAction(open), Qt::LeftButton);
     EXPECT_EQ(doc.fnaam, path);
 
-    // A button follows its entry when the entry is switched on later.
+    // A button follows its entry when the entry is switched off and on later.
     QAction* undoButton = window->toolbar1()->actions()[3];
+    EXPECT_TRUE(undoButton->isEnabled());
+    entry("tabundo")->setEnabled(false);
     EXPECT_FALSE(undoButton->isEnabled());
     entry("tabundo")->setEnabled(true);
     EXPECT_TRUE(undoButton->isEnabled());

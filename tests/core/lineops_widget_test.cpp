@@ -1,0 +1,148 @@
+// The line operations of the Edit, Options and pop-up menus on the real main
+// window: undo across bank tabs, inserting a line, filling a series and the
+// system clipboard.
+
+#include "core/gridmodel.h"
+#include "core/memtab.h"
+#include "core/memtable.h"
+
+#include "support/mainwindowrig.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QTabBar>
+#include <QTableView>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace kestra {
+namespace {
+
+class LineOpsWindowTest : public ::testing::Test, protected test::MainWindowRig {
+protected:
+    void SetUp() override
+    {
+        Options options;
+        options.beforeWindow = [&] { doc.model = ModelSwitches::of(Model::BC250D); };
+        MainWindowRig::start(options);
+    }
+
+    QTableView* view() const { return window->memtabel(); }
+    int column(int storeColumn) const { return gridColumnOfStore(doc.model.bc785d, storeColumn); }
+    QString shown(int row, int storeColumn) const { return MainWindowRig::shown(row, column(storeColumn)); }
+    void select(int row, int storeColumn)
+    {
+        view()->setCurrentIndex(window->gridModel()->indexOfCell(row, column(storeColumn)));
+    }
+    void typeInto(int row, int storeColumn, const char* keys)
+    {
+        select(row, storeColumn);
+        QTest::keyClicks(view(), keys);
+        QTest::keyClick(view(), Qt::Key_Return);
+    }
+    void trigger(const char* name)
+    {
+        QAction* entry = window->action(name);
+        ASSERT_NE(entry, nullptr) << name;
+        ASSERT_TRUE(entry->isEnabled()) << name;
+        entry->trigger();
+    }
+};
+
+TEST_F(LineOpsWindowTest, UndoAfterATabChangeBringsBackTheTextBeforeTheEdit)
+{
+    typeInto(1, col::freq, "155");
+    ASSERT_EQ(shown(1, col::freq), "0155.0000");
+    typeInto(2, col::freq, "460");
+    ASSERT_EQ(shown(2, col::freq), "0460.0000");
+
+    window->tabbed1()->setCurrentIndex(1);
+    EXPECT_EQ(doc.currentBank, 1);
+    EXPECT_EQ(shown(2, col::freq), "");
+    window->tabbed1()->setCurrentIndex(0);
+    ASSERT_EQ(shown(2, col::freq), "0460.0000");
+
+    trigger("tabundo");
+    EXPECT_EQ(shown(2, col::freq), "");
+    EXPECT_EQ(shown(1, col::freq), "0155.0000");
+}
+
+TEST_F(LineOpsWindowTest, UndoClosesTheOpenEditFirst)
+{
+    typeInto(1, col::freq, "155");
+    select(2, col::freq);
+    QTest::keyClicks(view(), "460");
+    ASSERT_TRUE(window->text1()->isVisible());
+    trigger("tabundo");
+    EXPECT_FALSE(window->text1()->isVisible());
+    EXPECT_EQ(shown(2, col::freq), "");
+    EXPECT_EQ(shown(1, col::freq), "0155.0000");
+}
+
+TEST_F(LineOpsWindowTest, InsertEmptyLineAsksNothingWhenChannel100IsEmpty)
+{
+    typeInto(5, col::freq, "155");
+    typeInto(6, col::freq, "156");
+    select(5, col::freq);
+    trigger("memtab_inslin");
+    EXPECT_TRUE(messages().empty());
+    EXPECT_EQ(shown(5, col::freq), "");
+    EXPECT_EQ(shown(6, col::freq), "0155.0000");
+    EXPECT_EQ(shown(7, col::freq), "0156.0000");
+    EXPECT_TRUE(doc.dirty);
+}
+
+TEST_F(LineOpsWindowTest, FillSeriesThroughTheMenuCountsOn)
+{
+    typeInto(1, col::tag, "Unit 9");
+    ASSERT_EQ(shown(1, col::tag).trimmed(), "Unit 9");
+    grid.setSelection({1, column(col::tag), 3, column(col::tag)});
+    trigger("menu_fs");
+    EXPECT_EQ(shown(2, col::tag), "Unit 10");
+    EXPECT_EQ(shown(3, col::tag), "Unit 11");
+    EXPECT_EQ(shown(4, col::tag), "");
+}
+
+TEST_F(LineOpsWindowTest, CopyAndPasteGoThroughTheSystemClipboard)
+{
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    typeInto(2, col::tag, "Fire");
+    select(2, col::tag);
+    trigger("tab_copy");
+    EXPECT_EQ(clipboard->text(), "Fire\r\n");
+
+    select(5, col::tag);
+    trigger("tabpaste");
+    EXPECT_EQ(shown(5, col::tag), "Fire");
+    EXPECT_EQ(shown(2, col::tag), "Fire");
+
+    clipboard->setText("Police");
+    select(6, col::tag);
+    trigger("tab_paste");
+    EXPECT_EQ(shown(6, col::tag), "Police");
+
+    select(2, col::tag);
+    trigger("tab_cut");
+    EXPECT_EQ(clipboard->text(), "Fire\r\n");
+    EXPECT_EQ(shown(2, col::tag), "");
+
+    select(5, col::tag);
+    trigger("pop_delete");
+    EXPECT_EQ(shown(5, col::tag), "");
+    EXPECT_EQ(clipboard->text(), "Fire\r\n");
+}
+
+TEST_F(LineOpsWindowTest, CtrlDShiftsTheChannelDown)
+{
+    typeInto(3, col::freq, "155");
+    select(3, col::freq);
+    QTest::keyClick(view(), Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(shown(3, col::freq), "");
+    EXPECT_EQ(shown(4, col::freq), "0155.0000");
+}
+
+} // namespace
+} // namespace kestra
