@@ -1,4 +1,5 @@
 #include "core/defdata.h"
+#include "core/okcancel.h"
 
 #include "core/memtable.h"
 #include "platform/qt/qtext.h"
@@ -57,15 +58,10 @@ Defdata::Defdata(MemTable& table, QWidget* parent)
         combo1_[f] = combo;
     }
 
-    ok_ = new QPushButton("OK", this);
-    ok_->setObjectName("Command1");
-    ok_->setDefault(true);
-    cancel_ = new QPushButton("Cancel", this);
-    cancel_->setObjectName("Command2");
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(ok_);
-    buttons->addWidget(cancel_);
+    const OkCancelRow okCancel = makeOkCancelRow(this, "OK");
+    ok_ = okCancel.ok;
+    cancel_ = okCancel.cancel;
+    auto* buttons = okCancel.row;
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(fields);

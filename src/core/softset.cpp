@@ -1,4 +1,5 @@
 #include "core/softset.h"
+#include "core/okcancel.h"
 
 #include "core/memtable.h"
 #include "trunk/trunksystems.h"
@@ -243,15 +244,10 @@ Softset::Softset(MemTable& table, QWidget* parent)
     showMinutes(hscroll1_->value());
 
     // Ok and Cancel
-    ok_ = new QPushButton("Ok", this);
-    ok_->setObjectName("Command1");
-    ok_->setDefault(true);
-    cancel_ = new QPushButton("Cancel", this);
-    cancel_->setObjectName("Command2");
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(ok_);
-    buttons->addWidget(cancel_);
+    const OkCancelRow okCancel = makeOkCancelRow(this, "Ok");
+    ok_ = okCancel.ok;
+    cancel_ = okCancel.cancel;
+    auto* buttons = okCancel.row;
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabs, 1);

@@ -37,20 +37,8 @@ protected:
         MainWindowRig::start(options);
     }
 
-    QTableView* view() const { return window->memtabel(); }
-    int column(int storeColumn) const { return gridColumnOfStore(doc.model.bc785d, storeColumn); }
+    // Cells read by store column.
     QString shown(int row, int storeColumn) const { return MainWindowRig::shown(row, column(storeColumn)); }
-    void select(int row, int storeColumn)
-    {
-        view()->setCurrentIndex(window->gridModel()->indexOfCell(row, column(storeColumn)));
-    }
-    // Types into the grid on a cell, each key to the grid, then Enter.
-    void typeInto(int row, int storeColumn, const char* keys)
-    {
-        select(row, storeColumn);
-        QTest::keyClicks(view(), keys);
-        QTest::keyClick(view(), Qt::Key_Return);
-    }
     QComboBox* combo(const char* name) const { return window->findChild<QComboBox*>(name); }
     // What a user's choice in a combo does.
     static void choose(QComboBox* box, const QString& text)

@@ -56,4 +56,20 @@ std::vector<std::string> MainWindowRig::fileLines(const char* name) const
     return crlfLines(readBytes(dir.path() / name));
 }
 
+QTableView* MainWindowRig::view() const { return window->memtabel(); }
+
+int MainWindowRig::column(int storeColumn) const { return gridColumnOfStore(doc.model.bc785d, storeColumn); }
+
+void MainWindowRig::select(int row, int storeColumn)
+{
+    view()->setCurrentIndex(window->gridModel()->indexOfCell(row, column(storeColumn)));
+}
+
+void MainWindowRig::typeInto(int row, int storeColumn, const char* keys)
+{
+    select(row, storeColumn);
+    QTest::keyClicks(view(), keys);
+    QTest::keyClick(view(), Qt::Key_Return);
+}
+
 } // namespace kestra::test

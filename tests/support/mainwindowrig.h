@@ -14,6 +14,7 @@
 
 #include "support/testfiles.h"
 
+#include <QTableView>
 #include <QAction>
 #include <QApplication>
 #include <QTimer>
@@ -70,6 +71,13 @@ struct MainWindowRig {
 
     // A grid cell as the model shows it.
     QString shown(int row, int col) const;
+
+    // The grid addressed by store column, as a user of the layout sees it.
+    QTableView* view() const;
+    int column(int storeColumn) const;
+    void select(int row, int storeColumn);
+    // Types the keys into the grid on a cell, then Enter.
+    void typeInto(int row, int storeColumn, const char* keys);
     // The button of the first toolbar for a menu entry, or null.
     QAction* toolbarButton(const char* key) const;
     // The texts of the message boxes shown so far.
