@@ -58,6 +58,20 @@ TEST_F(LineOpsWindowTest, UndoAfterATabChangeBringsBackTheTextBeforeTheEdit)
     EXPECT_EQ(shown(1, col::freq), "0155.0000");
 }
 
+TEST_F(LineOpsWindowTest, ASecondUndoRestoresTheSameTextAgain)
+{
+    typeInto(1, col::freq, "155");
+    typeInto(1, col::freq, "460");
+    trigger("tabundo");
+    ASSERT_EQ(shown(1, col::freq), "0155.0000");
+    // A change that took no copy of its own: the kept copy still brings back 155.
+    doc.memdata[0][1][col::freq] = "162.5";
+    window->table().fillgrid();
+    ASSERT_EQ(shown(1, col::freq), "0162.5000");
+    trigger("tabundo");
+    EXPECT_EQ(shown(1, col::freq), "0155.0000");
+}
+
 TEST_F(LineOpsWindowTest, UndoClosesTheOpenEditFirst)
 {
     typeInto(1, col::freq, "155");
@@ -81,6 +95,46 @@ TEST_F(LineOpsWindowTest, InsertEmptyLineAsksNothingWhenChannel100IsEmpty)
     EXPECT_EQ(shown(6, col::freq), "0155.0000");
     EXPECT_EQ(shown(7, col::freq), "0156.0000");
     EXPECT_TRUE(doc.dirty);
+}
+
+TEST_F(LineOpsWindowTest, InsertAtRow100EmptiesTheLastLineAndAsksOnlyWhenItHoldsData)
+{
+    typeInto(99, col::freq, "155");
+    select(100, col::freq);
+    trigger("memtab_inslin");
+    EXPECT_TRUE(messages().empty());
+    EXPECT_EQ(shown(99, col::freq), "0155.0000");
+    EXPECT_EQ(shown(100, col::freq), "");
+
+    typeInto(100, col::freq, "156");
+    select(100, col::freq);
+    dialogs.answers = {Answer::No};
+    trigger("memtab_inslin");
+    ASSERT_EQ(messages().size(), 1u);
+    EXPECT_EQ(messages().back(), "Channel 100 contains data.\r\nThis data will be lost.\r\nContinue?");
+    EXPECT_EQ(shown(100, col::freq), "0156.0000");
+
+    dialogs.answers = {Answer::Yes};
+    trigger("memtab_inslin");
+    EXPECT_EQ(shown(100, col::freq), "");
+    EXPECT_EQ(shown(99, col::freq), "0155.0000");
+}
+
+TEST_F(LineOpsWindowTest, RemoveAllEmptyLinesClosesTheGapsOfTheBank)
+{
+    typeInto(2, col::freq, "155");
+    typeInto(5, col::freq, "156");
+    typeInto(5, col::tag, "Fire");
+    typeInto(9, col::freq, "157");
+    typeInto(100, col::freq, "158");
+    trigger("memtab_remlines");
+    EXPECT_EQ(shown(1, col::freq), "0155.0000");
+    EXPECT_EQ(shown(2, col::freq), "0156.0000");
+    EXPECT_EQ(shown(2, col::tag).trimmed(), "Fire");
+    EXPECT_EQ(shown(3, col::freq), "0157.0000");
+    EXPECT_EQ(shown(4, col::freq), "0158.0000");
+    for (int row : {5, 9, 99, 100}) EXPECT_EQ(shown(row, col::freq), "") << row;
+    EXPECT_EQ(doc.memdata[0][100][col::freq], "Empty");
 }
 
 TEST_F(LineOpsWindowTest, FillSeriesThroughTheMenuCountsOn)
