@@ -3,7 +3,11 @@
 #include "core/arcomm8.h"
 #include "core/comsetup.h"
 #include "core/defdata.h"
+#include "core/easy2.h"
+#include "core/editmenu.h"
+#include "core/find.h"
 #include "core/softset.h"
+#include "core/vervang.h"
 #include "core/toolbaricons.h"
 #include "editor/freqrules.h"
 #include "platform/qt/qtext.h"
@@ -170,6 +174,7 @@ Memtab::Memtab(MemTable& table, AppFolder folder, QWidget* parent)
     frequency_ = std::make_unique<FrequencyEntry>(table_);
     cellEntry_ = std::make_unique<CellEntry>(table_, *frequency_);
     lineOps_ = std::make_unique<LineOperations>(table_);
+    bankTools_ = std::make_unique<BankTools>(table_, *lineOps_);
     // Shift+Delete, Ctrl+D and Ctrl+U run the menu entries of the same work.
     cellEntry_->clearSelectedLines = [this] { action("memtab_delline")->trigger(); };
     cellEntry_->shiftChannelDown = [this] { action("edit_shiftdown")->trigger(); };
@@ -367,12 +372,12 @@ void Memtab::buildMenus()
     options->addSeparator();
     addEntry(options, "emptystatus", "Show Bank Empty Status", true);
     options->addSeparator();
-    QMenu* dupli = addSubmenu(options, "memdupli", "Find &Duplicate Channels", false);
+    QMenu* dupli = addSubmenu(options, "memdupli", "Find &Duplicate Channels");
     addEntry(dupli, "fd_curbank", "in Current Bank");
     addEntry(dupli, "fd_allbanks", "in All Banks");
     addEntry(dupli, "find_duplisub", "Including Subtone")->setCheckable(true);
     addEntry(options, "remove_dupli", "Remove D&uplicate Channels");
-    QMenu* sort = addSubmenu(options, "memtab_sort", "&Sort by Frequency ", false);
+    QMenu* sort = addSubmenu(options, "memtab_sort", "&Sort by Frequency ");
     addEntry(sort, "sort_up", "&Ascending OLD");
     addEntry(sort, "sort_down", "&Descending OLD");
     addEntry(sort, "sort_allb", "&Ascending");
@@ -490,7 +495,20 @@ void Memtab::buildMenus()
         {"remove_pass", &Memtab::editClearLockouts},
         {"menu_fd", &Memtab::editFillDown},
         {"menu_fs", &Memtab::editFillSeries},
+        {"tabeasy", &Memtab::editEasyFill},
+        {"easypopup", &Memtab::editEasyFill},
         {"menucreate", &Memtab::editClearBank},
+        {"copy_channhels", &Memtab::editCopyChannels},
+        {"swapbanks", &Memtab::editSwapBanks},
+        {"sort_allb", &Memtab::sortAscending},
+        {"sort_rangedown", &Memtab::sortDescending},
+        {"sort_up", &Memtab::sortAscending},
+        {"sort_down", &Memtab::sortDescending},
+        {"fd_curbank", &Memtab::findDuplicatesCurrentBank},
+        {"fd_allbanks", &Memtab::findDuplicatesAllBanks},
+        {"remove_dupli", &Memtab::removeDuplicates},
+        {"menufind", &Memtab::menuFind},
+        {"menu_repl", &Memtab::menuReplace},
         {"popcut", &Memtab::editCut},
         {"popcopy", &Memtab::editCopy},
         {"tabpaste", &Memtab::editPaste},
@@ -506,6 +524,8 @@ void Memtab::buildMenus()
         {"popfill", &Memtab::editFillDown},
     };
     for (const auto& [name, handler] : lineEntries) connectLineEntry(name, handler);
+    // A switch of the duplicate search: checked, the PL/DPL codes must be the same too.
+    action("find_duplisub")->setEnabled(true);
     connectPortEntry("menread", &Memtab::menuReadData);
     connectPortEntry("memsend", &Memtab::menuSendData);
 }
@@ -1178,7 +1198,65 @@ void Memtab::editRemoveSelectedLines() { lineOps_->removeSelectedLines(); }
 void Memtab::editClearLockouts() { lineOps_->clearLockoutChannels(); }
 void Memtab::editFillDown() { lineOps_->fillDown(); }
 void Memtab::editFillSeries() { lineOps_->fillSeries(); }
+
+void Memtab::editEasyFill()
+{
+    // The window fills the store, perhaps of several banks: the grid goes
+    // into the store (with the bank's undo copy) first and is repainted after.
+    lineOps_->saveundo();
+    Easy2 dialog(table_, *lineOps_, this);
+    dialog.exec();
+    if (dialog.applied()) table_.markDirty();
+    table_.fillgrid();
+}
 void Memtab::editClearBank() { lineOps_->clearCurrentBank(); }
+
+void Memtab::editCopyChannels()
+{
+    // The selected lines of the bank on view are the channels offered.
+    const GridSelection& s = table_.grid().selection();
+    const int bank = table_.doc().currentBank;
+    Editmenu dialog(table_, lineOps_.get(), Editmenu::Mode::Memory, this);
+    dialog.presetChannels(channelNumber(bank, std::clamp(s.top(), 1, kChannelRows)),
+                          channelNumber(bank, std::clamp(s.bottom(), 1, kChannelRows)));
+    dialog.exec();
+    // The grid is repainted by the work itself; a bank's tag may have moved.
+    if (dialog.changed()) bankTagsChanged();
+}
+
+void Memtab::editSwapBanks()
+{
+    Editmenu dialog(table_, lineOps_.get(), Editmenu::Mode::Memory, this);
+    dialog.presetBanks(table_.doc().currentBank);
+    dialog.exec();
+    if (dialog.changed()) bankTagsChanged();
+}
+
+void Memtab::sortAscending() { bankTools_->sortAscending(); }
+void Memtab::sortDescending() { bankTools_->sortDescending(); }
+void Memtab::findDuplicatesCurrentBank()
+{
+    bankTools_->findDuplicates(BankTools::Scope::CurrentBank, action("find_duplisub")->isChecked());
+}
+void Memtab::findDuplicatesAllBanks()
+{
+    bankTools_->findDuplicates(BankTools::Scope::AllBanks, action("find_duplisub")->isChecked());
+}
+void Memtab::removeDuplicates() { bankTools_->removeDuplicates(); }
+
+void Memtab::menuFind()
+{
+    // Each opening of the window searches from the first channel again.
+    bankTools_->forgetLastHit();
+    Find dialog(table_, *bankTools_, this);
+    dialog.exec();
+}
+
+void Memtab::menuReplace()
+{
+    Vervang dialog(table_, *bankTools_, this);
+    dialog.exec();
+}
 
 void Memtab::afterLineOperation()
 {

@@ -9,6 +9,7 @@
 #include "core/memtable.h"
 #include "core/reffiles.h"
 #include "editor/backup.h"
+#include "editor/banktools.h"
 #include "editor/cellentry.h"
 #include "editor/frequencyentry.h"
 #include "editor/lineops.h"
@@ -190,7 +191,19 @@ private:
     void editClearLockouts();
     void editFillDown();
     void editFillSeries();
+    void editEasyFill();   // the window easy2
     void editClearBank();
+    // Copy/Move/Swap of channels and banks in the window editmenu.
+    void editCopyChannels();
+    void editSwapBanks();
+    // The bulk tools over BankTools: sorting, duplicates, find and replace.
+    void sortAscending();
+    void sortDescending();
+    void findDuplicatesCurrentBank();
+    void findDuplicatesAllBanks();
+    void removeDuplicates();
+    void menuFind();
+    void menuReplace();
     void afterLineOperation();
 
     MemTable& table_;
@@ -199,6 +212,7 @@ private:
     std::unique_ptr<FrequencyEntry> frequency_;
     std::unique_ptr<CellEntry> cellEntry_;
     std::unique_ptr<LineOperations> lineOps_;
+    std::unique_ptr<BankTools> bankTools_;   // after lineOps_: a sort keeps its undo there
     std::unique_ptr<Backup> backup_;   // Timer3, started with Form Load
     AppPorts* ports_ = nullptr;
     std::unique_ptr<AppPorts> ownPorts_;

@@ -146,9 +146,8 @@ std::vector<std::string> CellEntry::dcsChoices()
     return list;
 }
 
-std::vector<std::string> CellEntry::choices(int storeColumn) const
+std::vector<std::string> CellEntry::modelChoices(int storeColumn, const ModelSwitches& model)
 {
-    const ModelSwitches& model = table_.doc().model;
     std::vector<std::string> list;
     switch (ruleOfStore(storeColumn)) {
     case EntryRule::OnOff: return {kOff, kOn};

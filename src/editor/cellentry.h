@@ -64,7 +64,9 @@ public:
     bool opensEditor(int gridCol) const;            // frequency and tag
 
     // The texts a list column scrolls through, in order, for the current model.
-    std::vector<std::string> choices(int storeColumn) const;
+    std::vector<std::string> choices(int storeColumn) const { return modelChoices(storeColumn, table_.doc().model); }
+    // The same lists for a given model.
+    static std::vector<std::string> modelChoices(int storeColumn, const ModelSwitches& model);
     // The lists of the top frame's tone combos: "None" and the CTCSS tones,
     // "None" and the DCS codes.
     static std::vector<std::string> ctcChoices();

@@ -24,6 +24,18 @@ void blankLine(std::array<std::string, kCellColumns>& line, const std::string& b
 
 } // namespace
 
+std::optional<TagSeries> tagSeries(std::string_view tag)
+{
+    std::string text(tag);
+    while (!text.empty() && text.back() == ' ') text.pop_back();
+    std::size_t digits = 0;
+    while (digits < 6 && digits < text.size() &&
+           std::isdigit(static_cast<unsigned char>(text[text.size() - 1 - digits])))
+        ++digits;
+    if (digits == 0) return std::nullopt;
+    return TagSeries{text.substr(0, text.size() - digits), std::stoll(text.substr(text.size() - digits))};
+}
+
 int LineOperations::bank() const { return table_.doc().currentBank; }
 
 std::array<std::string, kCellColumns>& LineOperations::line(int row)
@@ -55,10 +67,28 @@ void LineOperations::finish()
 void LineOperations::saveundo()
 {
     table_.createbank();
-    const int b = bank();
+    saveundo(bank());
+}
+
+void LineOperations::saveundo(int b)
+{
     if (b < 0 || b > kDummyBank) return;
+    keepUndo(b, bankCopy(b));
+}
+
+LineOperations::BankCopy LineOperations::bankCopy(int b) const
+{
+    BankCopy copy;
+    const auto& rows = table_.doc().memdata[b];
     for (int r = 1; r <= kChannelRows; ++r)
-        for (int c = 0; c < kUndoColumns; ++c) undodata[b][r][c] = line(r)[c];
+        for (int c = 0; c < kUndoColumns; ++c) copy[r][c] = rows[r][c];
+    return copy;
+}
+
+void LineOperations::keepUndo(int b, BankCopy copy)
+{
+    if (b < 0 || b > kDummyBank) return;
+    undodata[b] = std::move(copy);
     undoflag[b] = 1;
 }
 
@@ -185,18 +215,11 @@ void LineOperations::fillSeries()
     const int tagColumn = gridColumnOfStore(table_.doc().model.bc785d, col::tag);
     if (tagColumn == 0 || s.left() != tagColumn || s.right() != tagColumn) return;
 
-    std::string text = grid.text(s.row, s.col);
-    while (!text.empty() && text.back() == ' ') text.pop_back();
-    std::size_t digits = 0;
-    while (digits < 6 && digits < text.size() &&
-           std::isdigit(static_cast<unsigned char>(text[text.size() - 1 - digits])))
-        ++digits;
-    if (digits == 0) return;
+    const std::optional<TagSeries> series = tagSeries(grid.text(s.row, s.col));
+    if (!series) return;
 
     saveundo();
-    const std::string stem = text.substr(0, text.size() - digits);
-    long long counter = std::stoll(text.substr(text.size() - digits));
-    for (int r = s.row + 1; r <= s.bottom(); ++r) grid.setText(r, s.col, stem + std::to_string(++counter));
+    for (int r = s.row + 1; r <= s.bottom(); ++r) grid.setText(r, s.col, series->at(r - s.row));
     table_.markDirty();
 }
 

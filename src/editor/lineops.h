@@ -12,11 +12,25 @@
 #include "core/grid.h"
 
 #include <array>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace kestra {
 
 class MemTable;
+
+// The counter at the end of a tag, as Fill Series counts it: with the blanks
+// at the end cut, the final digits (six at most) are the counter and what
+// stands before them the stem.
+struct TagSeries {
+    std::string stem;
+    long long counter = 0;
+    // The tag `offset` places further on: the stem and the counter plus offset.
+    std::string at(long long offset) const { return stem + std::to_string(counter + offset); }
+};
+// Nothing when the tag does not end in a digit.
+std::optional<TagSeries> tagSeries(std::string_view tag);
 
 class LineOperations {
 public:
@@ -24,6 +38,9 @@ public:
 
     // createbank, then a copy of rows 1..100, columns 0..12 of the current bank.
     void saveundo();
+    // The copy of one bank as the store holds it, without createbank: for
+    // work on the store that reaches banks other than the one on view.
+    void saveundo(int bank);
     // Brings back the bank's copy (again and again: the copy is kept).
     void tabundo();
     bool canUndo(int bank) const { return bank >= 0 && bank <= kDummyBank && undoflag[bank] != 0; }
@@ -59,6 +76,10 @@ public:
     static void setClipText(Grid& grid, const std::string& text);
 
     using BankCopy = std::array<std::array<std::string, 13>, kChannelRows + 1>;
+    // Rows 1..100, columns 0..12 of a bank as the store holds them now.
+    BankCopy bankCopy(int bank) const;
+    // Makes a copy taken earlier the bank's undo step.
+    void keepUndo(int bank, BankCopy copy);
     std::array<BankCopy, kDummyBank + 1> undodata;
     std::array<int, kDummyBank + 1> undoflag{};
 

@@ -474,9 +474,12 @@ const std::set<std::string> kWorkingEntries = {"menunew", "tabopen", "openspecia
                                                "tab_copy", "tab_paste", "tab_delete", "cut_line", "copy_line",
                                                "paste_line", "edit_shiftup", "edit_shiftdown", "memtab_delline",
                                                "memtab_inslin", "memtab_remlines", "memtab_shiftup", "remove_pass",
-                                               "menu_fd", "menu_fs", "menucreate", "popcut", "popcopy", "tabpaste",
+                                               "menu_fd", "menu_fs", "tabeasy", "easypopup", "menucreate", "copy_channhels", "swapbanks",
+                                               "popcut", "popcopy", "tabpaste",
                                                "pop_delete", "popcline", "popcopyline", "poppasteline", "popdel",
-                                               "popinster", "popshift", "pop_shiftup", "pop_shiftdown", "popfill"};
+                                               "popinster", "popshift", "pop_shiftup", "pop_shiftdown", "popfill",
+                                               "sort_allb", "sort_rangedown", "sort_up", "sort_down", "fd_curbank",
+                                               "fd_allbanks", "find_duplisub", "remove_dupli", "menufind", "menu_repl"};
 
 TEST_F(MemtabTest, MenuTreeHasEveryControlWithItsCaption)
 {
