@@ -96,8 +96,13 @@ struct Document {
     void clearEasyTags();
 };
 
-// A channel's number: bank * 100 + row (bank 0 row 1 is channel 1).
+// A channel's number: bank * 100 + row (bank 0 row 1 is channel 1). The
+// numbers 1001..1100 are the Dummy bank's.
 inline int channelNumber(int bank, int row) { return bank * 100 + row; }
+inline constexpr int kLastChannel = (kDummyBank + 1) * kChannelRows;   // 1100
+// The bank (0..9, 10 the Dummy bank) and row of channel 1..1100.
+inline int channelBank(int channel) { return (channel - 1) / kChannelRows; }
+inline int channelRow(int channel) { return channel - channelBank(channel) * kChannelRows; }
 
 // "Bank Empty Status:" and the lines of the banks that have no channel.
 std::vector<std::string> bankEmptyStatus(const Document& doc);

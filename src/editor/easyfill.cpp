@@ -15,7 +15,6 @@ namespace kestra {
 
 namespace {
 
-constexpr int kLastChannel = 1100;   // row 100 of the Dummy bank
 constexpr double kMinStep = 5, kMaxStep = 10000;   // kHz
 
 // The two runs of PL/DPL codes: 1..142 the tones and DCS codes, 150..291 their

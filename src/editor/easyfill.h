@@ -59,10 +59,6 @@ struct ChannelRange {
 // The channels the values fill, once corrected.
 ChannelRange easyFillRange(const EasyFillValues& values);
 
-// The bank (0..9, 10 the Dummy bank) and row of channel 1..1100.
-inline int channelBank(int channel) { return (channel - 1) / 100; }
-inline int channelRow(int channel) { return channel - channelBank(channel) * 100; }
-
 // Apply: corrects the values (normaliseEasyFill) and fills their range in the
 // store. The caller repaints the grid.
 void easyFill(Document& doc, EasyFillValues& values);

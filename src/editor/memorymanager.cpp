@@ -18,7 +18,7 @@ using Part = MemoryJob::BankPart;
 
 Line& lineOf(Document& doc, int channel)
 {
-    return doc.memdata[(channel - 1) / kChannelRows][(channel - 1) % kChannelRows + 1];
+    return doc.memdata[channelBank(channel)][channelRow(channel)];
 }
 
 // The channel an edit operation empties on purpose.

@@ -39,8 +39,6 @@ struct MemoryOutcome {
     std::string note;   // what the user must be told: a range cut short, nothing to do
 };
 
-inline constexpr int kLastChannel = (kDummyBank + 1) * kChannelRows;   // 1100
-
 // The job on the document alone: no grid, no undo, no messages.
 MemoryOutcome runMemoryJob(Document& doc, const MemoryJob& job);
 

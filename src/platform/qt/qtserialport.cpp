@@ -1,5 +1,7 @@
 #include "platform/qt/qtserialport.h"
 
+#include <QFileInfo>
+
 namespace kestra {
 
 QtSerialPort::QtSerialPort(std::string device, QObject* parent) : QObject(parent), device_(std::move(device))
@@ -14,7 +16,11 @@ SerialPort::OpenResult QtSerialPort::open()
     if (serial_.isOpen()) return OpenResult::Ok;
     const int baud = baudOf(settings_);
     if (baud <= 0) return OpenResult::BadSettings;
-    serial_.setPortName(QString::fromStdString(device_));
+    const QString device = QString::fromStdString(device_);
+    // A device that is not there is told as such before the port's lock file
+    // is tried: another program probing the same name must not make it "in use".
+    if (device.startsWith('/') && !QFileInfo::exists(device)) return OpenResult::NoSuchPort;
+    serial_.setPortName(device);
     if (!serial_.open(QIODevice::ReadWrite)) {
         const auto error = serial_.error();
         serial_.clearError();
