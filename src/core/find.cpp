@@ -4,6 +4,7 @@
 #include "core/radiopair.h"
 #include "platform/qt/qtext.h"
 
+#include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
@@ -36,7 +37,9 @@ Find::Find(MemTable& table, BankTools& tools, QWidget* parent) : QDialog(parent)
     buttons->addWidget(close_);
 
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(text1_);
+    auto* text = new QFormLayout;
+    text->addRow("Find What:", text1_);
+    layout->addLayout(text);
     layout->addLayout(choices);
     layout->addLayout(buttons);
 
