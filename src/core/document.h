@@ -22,6 +22,7 @@ inline constexpr int kRows = 112;        // row 0 and 101..111 carry no channel
 inline constexpr int kChannelRows = 100;
 inline constexpr int kCellColumns = 14;  // 0..12 and the comment as column 13
 inline constexpr std::size_t kCommentLength = 40;
+inline constexpr std::size_t kTagLength = 16;      // the width of a channel's tag
 inline constexpr int kEasyTagsMax = 1000;
 inline constexpr int kBankEasyTagsMax = 100;
 

@@ -389,7 +389,7 @@ void Memtab::buildMenus()
     addEntry(runband, "runband1", "Current Bank", true);
     addEntry(runband, "runband2", "All Banks", true);
     options->addSeparator();
-    QMenu* tags = addSubmenu(options, "tag_ption", "Table Tags Options", false);
+    QMenu* tags = addSubmenu(options, "tag_ption", "Table Tags Options");
     addEntry(tags, "center_tags", "Center Memory Tags");
     addEntry(tags, "rem_space", "Remove Leading Spaces");
 
@@ -459,6 +459,12 @@ void Memtab::buildMenus()
     addEntry(popedit, "easypopup", "Easy Fill");
     addEntry(popedit, "popfill", "Fill Down");
 
+    // The toolbar's "Fill line with default data" has no menu entry of its own.
+    auto* fillDefault = new QAction("Fill line with default data", this);
+    fillDefault->setObjectName("filldefault");
+    fillDefault->setEnabled(false);
+    actions_.try_emplace("filldefault", fillDefault);
+
     // The entries that work now.
     connectEntry("menunew", &Memtab::menuNew);
     connectEntry("tabopen", &Memtab::menuOpen);
@@ -498,6 +504,11 @@ void Memtab::buildMenus()
         {"tabeasy", &Memtab::editEasyFill},
         {"easypopup", &Memtab::editEasyFill},
         {"menucreate", &Memtab::editClearBank},
+        {"tabselect", &Memtab::editSelectAll},
+        {"paste_special", &Memtab::editPasteSpecial},
+        {"center_tags", &Memtab::editCenterTags},
+        {"rem_space", &Memtab::editRemoveLeadingSpaces},
+        {"filldefault", &Memtab::editFillDefaultData},
         {"copy_channhels", &Memtab::editCopyChannels},
         {"swapbanks", &Memtab::editSwapBanks},
         {"sort_allb", &Memtab::sortAscending},
@@ -1197,6 +1208,11 @@ void Memtab::editRemoveEmptyLines() { lineOps_->removeAllEmptyLines(); }
 void Memtab::editRemoveSelectedLines() { lineOps_->removeSelectedLines(); }
 void Memtab::editClearLockouts() { lineOps_->clearLockoutChannels(); }
 void Memtab::editFillDown() { lineOps_->fillDown(); }
+void Memtab::editSelectAll() { lineOps_->selectAll(); }
+void Memtab::editPasteSpecial() { lineOps_->pasteLinesSpecial(fromQt(QGuiApplication::clipboard()->text())); }
+void Memtab::editCenterTags() { lineOps_->centerTags(); }
+void Memtab::editRemoveLeadingSpaces() { lineOps_->removeLeadingSpaces(); }
+void Memtab::editFillDefaultData() { lineOps_->fillDefaultData(); }
 void Memtab::editFillSeries() { lineOps_->fillSeries(); }
 
 void Memtab::editEasyFill()

@@ -191,6 +191,11 @@ private:
     void editClearLockouts();
     void editFillDown();
     void editFillSeries();
+    void editSelectAll();
+    void editPasteSpecial();
+    void editCenterTags();
+    void editRemoveLeadingSpaces();
+    void editFillDefaultData();
     void editEasyFill();   // the window easy2
     void editClearBank();
     // Copy/Move/Swap of channels and banks in the window editmenu.

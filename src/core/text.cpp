@@ -1,5 +1,6 @@
 #include "text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <cmath>
@@ -99,5 +100,16 @@ std::string rtrim(std::string_view text)
 std::string trim(std::string_view text) { return ltrim(rtrim(text)); }
 
 std::string numText(long long value) { return std::to_string(value); }
+
+std::string centerText(std::string_view text, std::size_t width)
+{
+    std::string tag = trim(text.substr(0, std::min(text.size(), width)));
+    if (tag.empty()) return tag;
+    const std::size_t room = width - tag.size();
+    // Half of the room, rounded to even: 1.5 gives 2, 2.5 gives 2.
+    std::size_t lead = room / 2;
+    if (room % 2 == 1 && lead % 2 == 1) ++lead;
+    return std::string(lead, ' ') + tag;
+}
 
 } // namespace kestra

@@ -51,7 +51,6 @@ public:
     int replaceTags(const std::string& what, const std::string& with, Scope scope);
 
     static constexpr const char* kDuplicateFile = "dupl.txt";
-    static constexpr std::size_t kTagLength = 16;
 
 private:
     void sort(bool descending);

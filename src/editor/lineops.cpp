@@ -181,6 +181,11 @@ void LineOperations::pastecells(const std::string& clipboard)
 {
     if (clipboard.empty()) return;
     saveundo();
+    layIn(clipboard);
+}
+
+void LineOperations::layIn(const std::string& clipboard)
+{
     const bool endsWithLineEnd = clipboard.size() >= 2 && clipboard.ends_with(kCrLf);
     int rows = static_cast<int>(std::count(clipboard.begin(), clipboard.end(), '\r'));
     if (endsWithLineEnd) --rows;
@@ -236,18 +241,26 @@ void LineOperations::clearSelectedLines()
     finish();
 }
 
+bool LineOperations::mayPushOut(int lines)
+{
+    Grid& grid = table_.grid();
+    const int freqColumn = gridColumnOfStore(table_.doc().model.bc785d, col::freq);
+    for (int row = std::max(1, kChannelRows - lines + 1); row <= kChannelRows; ++row) {
+        if (Val(line(row)[col::freq]) == 0 && grid.text(row, freqColumn).empty()) continue;
+        std::string number = grid.text(row, 0);
+        if (number.empty()) number = std::to_string(row);
+        const std::string question = "Channel " + number + " contains data." + kCrLf + "This data will be lost." +
+                                     kCrLf + "Continue?";
+        return table_.dialogs().message(question, "Warning", Buttons::YesNo, Icon::Exclamation) == Answer::Yes;
+    }
+    return true;
+}
+
 void LineOperations::insertEmptyLine()
 {
     saveundo();
     Grid& grid = table_.grid();
-    const int freqColumn = gridColumnOfStore(table_.doc().model.bc785d, col::freq);
-    if (Val(line(kChannelRows)[col::freq]) != 0 || !grid.text(kChannelRows, freqColumn).empty()) {
-        std::string number = grid.text(kChannelRows, 0);
-        if (number.empty()) number = std::to_string(kChannelRows);
-        const std::string question = "Channel " + number + " contains data." + kCrLf + "This data will be lost." +
-                                     kCrLf + "Continue?";
-        if (table_.dialogs().message(question, "Warning", Buttons::YesNo, Icon::Exclamation) != Answer::Yes) return;
-    }
+    if (!mayPushOut(1)) return;
     const int current = std::clamp(grid.selection().row, 1, kChannelRows);
     for (int r = kChannelRows; r > current; --r) line(r) = line(r - 1);
     blankLine(line(current), " ");
@@ -318,6 +331,67 @@ void LineOperations::clearCurrentBank()
     saveundo();
     table_.clearbank();
     finish();
+}
+
+// ---- whole-bank and default-data tools ----
+
+void LineOperations::selectAll()
+{
+    Grid& grid = table_.grid();
+    grid.setSelection({1, 1, kChannelRows, grid.cols() - 1});
+}
+
+void LineOperations::pasteLinesSpecial(const std::string& clipboard)
+{
+    std::string text = clipboard;
+    if (text.ends_with(kCrLf)) text.resize(text.size() - 2);
+    if (text.empty()) return;
+    saveundo();
+    Grid& grid = table_.grid();
+    const int current = std::clamp(grid.selection().row, 1, kChannelRows);
+    const int lines = std::min(static_cast<int>(std::count(text.begin(), text.end(), '\r')) + 1,
+                               kChannelRows - current + 1);
+    if (!mayPushOut(lines)) return;
+    for (int r = kChannelRows; r >= current + lines; --r) line(r) = line(r - lines);
+    for (int r = current; r < current + lines; ++r) blankLine(line(r), "");
+    table_.fillgrid();
+    grid.setSelection({current, 1, current, 1});
+    layIn(clipboard);
+    table_.markDirty();
+}
+
+void LineOperations::changeTags(std::string (*change)(std::string_view))
+{
+    saveundo();
+    for (int r = 1; r <= kChannelRows; ++r) {
+        std::string& tag = line(r)[col::tag];
+        if (!tag.empty()) tag = change(tag);
+    }
+    finish();
+}
+
+void LineOperations::centerTags()
+{
+    changeTags([](std::string_view tag) { return centerText(tag, kTagLength); });
+}
+
+void LineOperations::removeLeadingSpaces() { changeTags(ltrim); }
+
+void LineOperations::fillDefaultData()
+{
+    saveundo();
+    Grid& grid = table_.grid();
+    const int bc785d = table_.doc().model.bc785d;
+    int top, bottom;
+    selectedRows(top, bottom);
+    for (int f = 0; f < DefaultData::FieldCount; ++f) {
+        const auto field = static_cast<DefaultData::Field>(f);
+        const int column = gridColumnOfStore(bc785d, DefaultData::storeColumn(field));
+        const std::string text = table_.defdata.gridText(field, bc785d);
+        if (column == 0 || text.empty()) continue;
+        for (int r = top; r <= bottom; ++r) grid.setText(r, column, text);
+    }
+    table_.markDirty();
 }
 
 } // namespace kestra

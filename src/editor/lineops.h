@@ -70,6 +70,20 @@ public:
     void clearLockoutChannels();
     void clearCurrentBank();
 
+    // Edit > Select All: every channel line of the bank, all data columns.
+    void selectAll();
+    // Paste Line Special: the clipboard's lines go in as new lines at the
+    // current row, the lines below move down to make room. Lines pushed past
+    // row 100 are lost, so the user is asked first when one holds a channel.
+    void pasteLinesSpecial(const std::string& clipboard);
+    // The tags of the bank centred in 16 characters, or with their leading
+    // blanks cut.
+    void centerTags();
+    void removeLeadingSpaces();
+    // The default data of a new channel into each selected line, over what
+    // its cells held.
+    void fillDefaultData();
+
     // The grid's clip text of the selection: cells by TAB, lines by CR.
     static std::string clipText(const Grid& grid);
     // Sets the selection's cells from a clip text; cells outside the grid are dropped.
@@ -89,6 +103,11 @@ private:
     std::array<std::string, kCellColumns>& line(int row);
     void selectedRows(int& top, int& bottom) const;
     void shift(int step);
+    // Lays the clipboard text in from the current cell, as paste does, without an undo copy.
+    void layIn(const std::string& clipboard);
+    // Asks before a line holding a channel is pushed out past row 100.
+    bool mayPushOut(int lines);
+    void changeTags(std::string (*change)(std::string_view));
     void finish();
 
     MemTable& table_;

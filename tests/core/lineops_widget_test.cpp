@@ -10,6 +10,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTableView>
@@ -146,6 +147,78 @@ TEST_F(LineOpsWindowTest, FillSeriesThroughTheMenuCountsOn)
     EXPECT_EQ(shown(2, col::tag), "Unit 10");
     EXPECT_EQ(shown(3, col::tag), "Unit 11");
     EXPECT_EQ(shown(4, col::tag), "");
+}
+
+TEST_F(LineOpsWindowTest, PasteLineSpecialInsertsTheCopiedLinesAndAsksBeforePushingAChannelOut)
+{
+    typeInto(1, col::freq, "155");
+    typeInto(2, col::freq, "156");
+    typeInto(3, col::freq, "157");
+    grid.setSelection({1, column(col::freq), 2, column(col::freq)});
+    trigger("copy_line");
+    select(2, col::freq);
+    trigger("paste_special");
+    EXPECT_TRUE(messages().empty());
+    const char* expected[] = {"0155.0000", "0155.0000", "0156.0000", "0156.0000", "0157.0000", ""};
+    for (int row = 1; row <= 6; ++row) EXPECT_EQ(shown(row, col::freq), expected[row - 1]) << row;
+
+    trigger("tabundo");
+    EXPECT_EQ(shown(2, col::freq), "0156.0000");
+    EXPECT_EQ(shown(4, col::freq), "");
+
+    typeInto(99, col::freq, "160");
+    select(1, col::freq);
+    dialogs.answers = {Answer::No};
+    trigger("paste_special");
+    ASSERT_EQ(messages().size(), 1u);
+    EXPECT_EQ(messages().back(), "Channel 99 contains data.\r\nThis data will be lost.\r\nContinue?");
+    EXPECT_EQ(shown(1, col::freq), "0155.0000");
+    EXPECT_EQ(shown(2, col::freq), "0156.0000");
+}
+
+TEST_F(LineOpsWindowTest, TagToolsCentreOrLeftAlignEveryTagOfTheBank)
+{
+    const char* tags[] = {"Fire", "Fire1", "Engine7", "Ambulance Dispatch"};
+    for (int row = 1; row <= 4; ++row) {
+        typeInto(row, col::freq, "155");
+        typeInto(row, col::tag, tags[row - 1]);
+    }
+    trigger("center_tags");
+    // (16 - length) / 2 leading blanks, halves to even; a long tag is cut first.
+    EXPECT_EQ(shown(1, col::tag), "      Fire");
+    EXPECT_EQ(shown(2, col::tag), "      Fire1");
+    EXPECT_EQ(shown(3, col::tag), "    Engine7");
+    EXPECT_EQ(shown(4, col::tag), "Ambulance Dispat");
+    EXPECT_EQ(shown(5, col::tag), "");
+
+    trigger("rem_space");
+    EXPECT_EQ(shown(1, col::tag), "Fire");
+    EXPECT_EQ(shown(3, col::tag), "Engine7");
+}
+
+TEST_F(LineOpsWindowTest, FillLineWithDefaultDataOverwritesTheSelectedLines)
+{
+    DefaultData& defaults = window->table().defdata;
+    defaults.enabled[DefaultData::Delay] = 1;
+    defaults.value[DefaultData::Delay] = {1, 1};
+    const std::vector<std::string> delays = DefaultData::fieldList(DefaultData::Delay, doc.model.bc785d);
+    ASSERT_GE(delays.size(), 2u);
+    const QString before = QString::fromStdString(delays[0]);
+    const std::string delay = delays[1];
+    for (int row : {5, 6, 7}) grid.setText(row, column(col::delay), delays[0]);
+    grid.setSelection({5, column(col::freq), 6, column(col::freq)});
+    QAction* button = toolbarButton("filldefault");
+    ASSERT_NE(button, nullptr);
+    ASSERT_TRUE(button->isEnabled());
+    button->trigger();
+    EXPECT_EQ(shown(5, col::delay).toStdString(), delay);
+    EXPECT_EQ(shown(6, col::delay).toStdString(), delay);
+    EXPECT_EQ(shown(7, col::delay), before);
+
+    trigger("tabselect");
+    EXPECT_EQ(grid.selection().top(), 1);
+    EXPECT_EQ(grid.selection().bottom(), 100);
+    EXPECT_EQ(view()->selectionModel()->selectedIndexes().size(), 100 * (grid.cols() - 1));
 }
 
 TEST_F(LineOpsWindowTest, CopyAndPasteGoThroughTheSystemClipboard)
