@@ -1,13 +1,9 @@
 // kestractl convert, run as the program it is.
 
 #include "core/convert.h"
-#include "core/memtable.h"
 #include "editor/freqrules.h"
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
 #include "support/kestractl.h"
-#include "support/testfiles.h"
+#include "support/tablerig.h"
 
 #include <gtest/gtest.h>
 
@@ -30,37 +26,29 @@ CtlRun kestractl(const TempDir& home, const std::string& args) { return kestra::
 // A document made and saved through the main window's routines, on a model.
 std::string savedByTheProgram(const TempDir& dir, Model model, const std::string& name)
 {
-    Document doc;
-    Settings settings;
-    Grid grid;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    MemTable table(doc, settings, grid, {dialogs, profile, scheduler, AppFolder(dir.path())});
-    installTableCheck(table);
-    doc.model = ModelSwitches::of(model);
-    table.formLoad();
-    const int cols = grid.cols();
+    test::TableRig t(model);
+    installTableCheck(t.table);
+    const int cols = t.grid.cols();
     for (int bank : {0, 4, 9}) {
-        table.changeBank(bank);
+        t.table.changeBank(bank);
         for (int r = 1; r <= 100; r += 3) {
-            grid.setText(r, 1, std::to_string(118 + r) + "." + std::to_string(r * 125 % 10000));
-            grid.setText(r, 2, "Ch " + std::to_string(r) + ", x");  // a comma is safe inside the quotes
+            t.grid.setText(r, 1, std::to_string(118 + r) + "." + std::to_string(r * 125 % 10000));
+            t.grid.setText(r, 2, "Ch " + std::to_string(r) + ", x");  // a comma is safe inside the quotes
             for (int c = 3; c < cols; ++c) {
-                const std::string header = grid.text(0, c);
-                if (header == "Delay Time") grid.setText(r, c, delayText(std::to_string(r % 8), doc.model.bc785d));
-                else if (header == "PL/DPL") grid.setText(r, c, toneText(std::to_string(r % 292)));
-                else if (header == "Mode") grid.setText(r, c, modeText(std::to_string(r % 4)));
-                else if (header == "Step") grid.setText(r, c, stepText(std::to_string(r % 10)));
-                else grid.setText(r, c, r % 2 ? "On" : "Off");
+                const std::string header = t.grid.text(0, c);
+                if (header == "Delay Time") t.grid.setText(r, c, delayText(std::to_string(r % 8), t.doc.model.bc785d));
+                else if (header == "PL/DPL") t.grid.setText(r, c, toneText(std::to_string(r % 292)));
+                else if (header == "Mode") t.grid.setText(r, c, modeText(std::to_string(r % 4)));
+                else if (header == "Step") t.grid.setText(r, c, stepText(std::to_string(r % 10)));
+                else t.grid.setText(r, c, r % 2 ? "On" : "Off");
             }
         }
     }
-    doc.banktags[4] = "Marine";
-    table.changeBank(0);
+    t.doc.banktags[4] = "Marine";
+    t.table.changeBank(0);
     const std::string path = dir.file(name);
-    dialogs.files = {path};
-    EXPECT_TRUE(table.fileSave());
+    t.dialogs.files = {path};
+    EXPECT_TRUE(t.table.fileSave());
     return path;
 }
 

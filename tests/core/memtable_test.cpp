@@ -3,6 +3,7 @@
 #include "platform/fake/memoryprofilestore.h"
 #include "platform/fake/scripteddialogs.h"
 #include "platform/fake/virtualscheduler.h"
+#include "support/tablerig.h"
 #include "support/testfiles.h"
 
 #include <gtest/gtest.h>
@@ -18,21 +19,8 @@ using kestra::test::writeBytes;
 namespace {
 
 // The main window's routines with a grid and no window, on a fresh folder.
-struct Table {
-    TempDir dir;
-    Document doc;
-    Settings settings;
-    Grid grid;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    MemTable table{doc, settings, grid, {dialogs, profile, scheduler, AppFolder(dir.path())}};
-
-    explicit Table(Model model = Model::BC250D)
-    {
-        doc.model = ModelSwitches::of(model);
-        table.formLoad();
-    }
+struct Table : test::TableRig {
+    using TableRig::TableRig;
 
     // Types a text into a grid cell as the user would, by header.
     void type(int row, const std::string& header, const std::string& text)
@@ -45,19 +33,7 @@ struct Table {
             }
         FAIL() << "no column " << header;
     }
-    std::string shown(int row, const std::string& header) const
-    {
-        for (int c = 1; c < grid.cols(); ++c)
-            if (grid.text(0, c) == header) return grid.text(row, c);
-        return "<no column " + header + ">";
-    }
     std::string& store(int row, int column) { return doc.memdata[doc.currentBank][row][column]; }
-    std::vector<std::string> messages() const
-    {
-        std::vector<std::string> texts;
-        for (const auto& s : dialogs.shown) texts.push_back(s.text);
-        return texts;
-    }
 };
 
 std::string file(const Table& t, const std::string& name) { return t.dir.file(name); }

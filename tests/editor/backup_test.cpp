@@ -1,9 +1,6 @@
-#include "core/memtable.h"
 #include "editor/backup.h"
 #include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-#include "support/testfiles.h"
+#include "support/tablerig.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +10,6 @@
 using namespace kestra;
 using kestra::test::crlfLines;
 using kestra::test::readBytes;
-using kestra::test::TempDir;
 using kestra::test::writeBytes;
 
 namespace {
@@ -22,22 +18,13 @@ namespace fs = std::filesystem;
 
 // A table after Form Load with its backup, on virtual time. The clock of the
 // file names follows the virtual clock, so that every minute has its own name.
-struct Rig {
-    TempDir dir;
-    Document doc;
-    Settings settings;
-    Grid grid;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    MemTable table{doc, settings, grid, {dialogs, profile, scheduler, AppFolder(dir.path())}};
+struct Rig : test::TableRig {
     std::unique_ptr<Backup> backup;
 
     explicit Rig(int delay = 1)
     {
         settings.backupdelay = delay;
         settings.backena = 1;
-        table.formLoad();
         table.backdir = dir.path().string();
         backup = std::make_unique<Backup>(table, [this] {
             const std::int64_t s = scheduler.now() / 1000;

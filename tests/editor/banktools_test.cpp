@@ -1,38 +1,19 @@
 #include "editor/banktools.h"
 
-#include "core/memtable.h"
 #include "core/text.h"
 #include "editor/lineops.h"
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-#include "support/testfiles.h"
+#include "support/tablerig.h"
 
 #include <gtest/gtest.h>
 
 using namespace kestra;
-using kestra::test::TempDir;
 
 namespace {
 
-struct Bench {
-    TempDir dir;
-    Document doc;
-    Settings settings;
-    Grid grid;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    MemTable table{doc, settings, grid, {dialogs, profile, scheduler, AppFolder(dir.path())}};
+struct Bench : test::TableRig {
     LineOperations lineOps{table};
     BankTools tools{table, lineOps};
 
-    Bench()
-    {
-        doc.model = ModelSwitches::of(Model::BC250D);
-        table.formLoad();
-    }
-    int gridCol(int storeColumn) const { return gridColumnOfStore(doc.model.bc785d, storeColumn); }
     // A channel of the bank on view, typed into the grid.
     void channel(int row, const std::string& freq, const std::string& tag = "", const std::string& trunk = "")
     {
@@ -52,12 +33,6 @@ struct Bench {
     std::string freq(int row) const { return grid.text(row, gridCol(col::freq)); }
     std::string tag(int row) const { return grid.text(row, gridCol(col::tag)); }
     void selectRows(int top, int bottom) { grid.setSelection({top, 1, bottom, 1}); }
-    std::vector<std::string> texts() const
-    {
-        std::vector<std::string> out;
-        for (const auto& shown : dialogs.shown) out.push_back(shown.text);
-        return out;
-    }
 };
 
 } // namespace
@@ -148,22 +123,22 @@ TEST(Duplicates, PairsBySameFrequencyWithOrWithoutSubtoneUntilCancel)
     b.stored(2, 6, "0460.0000", "also");
 
     b.tools.findDuplicates(BankTools::Scope::CurrentBank, false);
-    EXPECT_EQ(b.texts(), std::vector<std::string>{"Duplicate Channel Found: 1 and 4 / Frequency: 0155.1000"});
+    EXPECT_EQ(b.messages(), std::vector<std::string>{"Duplicate Channel Found: 1 and 4 / Frequency: 0155.1000"});
     EXPECT_EQ(b.dialogs.shown[0].buttons, Buttons::OkCancel);
 
     // With the subtone, channel 1 (67.0) and 4 (none) no longer match; 4 and 205 do.
     b.dialogs.shown.clear();
     b.tools.findDuplicates(BankTools::Scope::AllBanks, true);
-    EXPECT_EQ(b.texts(), (std::vector<std::string>{"Duplicate Channel Found: 4 and 205 / Frequency: 0155.1000",
-                                                   "Duplicate Channel Found: 9 and 206 / Frequency: 0460.0000"}));
-    EXPECT_EQ(test::crlfLines(test::readBytes(b.dir.path() / "dupl.txt")), b.texts());
+    EXPECT_EQ(b.messages(), (std::vector<std::string>{"Duplicate Channel Found: 4 and 205 / Frequency: 0155.1000",
+                                                      "Duplicate Channel Found: 9 and 206 / Frequency: 0460.0000"}));
+    EXPECT_EQ(test::crlfLines(test::readBytes(b.dir.path() / "dupl.txt")), b.messages());
 
     // Cancel ends the search; the report holds what was shown.
     b.dialogs.shown.clear();
     b.dialogs.answers = {Answer::Cancel};
     b.tools.findDuplicates(BankTools::Scope::AllBanks, false);
-    EXPECT_EQ(b.texts(), std::vector<std::string>{"Duplicate Channel Found: 1 and 4 / Frequency: 0155.1000"});
-    EXPECT_EQ(test::crlfLines(test::readBytes(b.dir.path() / "dupl.txt")), b.texts());
+    EXPECT_EQ(b.messages(), std::vector<std::string>{"Duplicate Channel Found: 1 and 4 / Frequency: 0155.1000"});
+    EXPECT_EQ(test::crlfLines(test::readBytes(b.dir.path() / "dupl.txt")), b.messages());
 }
 
 TEST(Duplicates, RemoveEmptiesEveryLaterChannelOfTheSameFrequency)

@@ -2,10 +2,7 @@
 
 #include "editor/frequencyentry.h"
 
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-#include "support/testfiles.h"
+#include "support/tablerig.h"
 
 #include <gtest/gtest.h>
 
@@ -20,32 +17,18 @@ struct CountingView : MemtabView {
     void easyTagsRebuilt() override { ++rebuilt; }
 };
 
-struct Cells {
-    kestra::test::TempDir dir;
-    Document doc;
-    Settings settings;
-    Grid grid;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    MemTable table{doc, settings, grid, {dialogs, profile, scheduler, AppFolder(dir.path())}};
+struct Cells : test::TableRig {
     FrequencyEntry frequency{table};
     CellEntry entry{table, frequency};
     CountingView view;
 
-    explicit Cells(Model model = Model::BC250D)
-    {
-        doc.model = ModelSwitches::of(model);
-        table.setView(&view);
-        table.formLoad();
-    }
-    int column(int storeColumn) const { return gridColumnOfStore(doc.model.bc785d, storeColumn); }
-    const std::string& cell(int row, int storeColumn) const { return grid.text(row, column(storeColumn)); }
-    void put(int row, int storeColumn, const std::string& text) { grid.setText(row, column(storeColumn), text); }
+    explicit Cells(Model model = Model::BC250D) : TableRig(model) { table.setView(&view); }
+    const std::string& cell(int row, int storeColumn) const { return grid.text(row, gridCol(storeColumn)); }
+    void put(int row, int storeColumn, const std::string& text) { grid.setText(row, gridCol(storeColumn), text); }
     // Selects the cell and presses a key on it.
     CellEntry::KeyResult press(int row, int storeColumn, Keystroke key)
     {
-        grid.select(row, column(storeColumn));
+        grid.select(row, gridCol(storeColumn));
         return entry.key(key);
     }
     CellEntry::KeyResult type(int row, int storeColumn, char c) { return press(row, storeColumn, Keystroke::character(c)); }
@@ -198,7 +181,7 @@ TEST(CellEntryKeys, DeleteClearsTheSelectedCellsAndLineKeysWaitForTheirOperation
         c.put(r, col::freq, "0146.0000");
         c.put(r, col::mode, "FM");
     }
-    c.grid.setSelection({2, c.column(col::freq), 3, c.column(col::freq)});
+    c.grid.setSelection({2, c.gridCol(col::freq), 3, c.gridCol(col::freq)});
     EXPECT_EQ(c.entry.key(Keystroke::of(Kind::Delete)), CellEntry::KeyResult::Handled);
     EXPECT_EQ(c.cell(1, col::freq), "0146.0000");
     EXPECT_EQ(c.cell(2, col::freq), "");
@@ -208,7 +191,7 @@ TEST(CellEntryKeys, DeleteClearsTheSelectedCellsAndLineKeysWaitForTheirOperation
 
     // Without their operations Shift+Delete, Ctrl+D and Ctrl+U change nothing.
     c.doc.dirty = false;
-    c.grid.select(4, c.column(col::mode));
+    c.grid.select(4, c.gridCol(col::mode));
     c.entry.key(Keystroke::of(Kind::Delete, /*shift=*/true));
     c.entry.key({Kind::Character, 'd', false, true});
     c.entry.key({Kind::Character, 'U', false, true});
@@ -236,7 +219,7 @@ TEST(CellEntryText, TheBoxStartsWithTheCellTextAndTheKey)
     EXPECT_EQ(c.type(1, col::freq, '5'), CellEntry::KeyResult::EditorOpened);
     EXPECT_EQ(c.entry.edit().text, "0146.00005");
     EXPECT_EQ(c.entry.edit().row, 1);
-    EXPECT_EQ(c.entry.edit().col, c.column(col::freq));
+    EXPECT_EQ(c.entry.edit().col, c.gridCol(col::freq));
     c.entry.drop();
     EXPECT_EQ(c.cell(1, col::freq), "0146.0000");
 
@@ -322,7 +305,7 @@ TEST(CellEntryTopFrame, AChoiceWritesEverySelectedRow)
 {
     Cells c(Model::BC250D);
     for (int r = 1; r <= 8; ++r) c.put(r, col::step, "5.0");
-    c.grid.setSelection({6, c.column(col::freq), 3, c.column(col::tag)});
+    c.grid.setSelection({6, c.gridCol(col::freq), 3, c.gridCol(col::tag)});
     c.entry.chooseFromList(col::step, "Auto");
     for (int r = 1; r <= 8; ++r) {
         SCOPED_TRACE(r);

@@ -23,6 +23,13 @@ struct Fill {
     {
         return doc.memdata[channelBank(channel)][channelRow(channel)][col::freq];
     }
+    // The frequencies of a run of channels, first to last.
+    std::vector<std::string> freqs(int first, int last) const
+    {
+        std::vector<std::string> out;
+        for (int channel = first; channel <= last; ++channel) out.push_back(freq(channel));
+        return out;
+    }
     void choose(EasyField field, const char* text)
     {
         values.tick(field) = true;
@@ -36,10 +43,7 @@ TEST(EasyFillFrequencies, TheThirdOf25kHzAddsUpWithoutDrift)
 {
     Fill f;
     f.run("1", "1100", "118.0000", "8.33");
-    EXPECT_EQ(f.freq(1), "0118.0000");
-    EXPECT_EQ(f.freq(2), "0118.0083");
-    EXPECT_EQ(f.freq(3), "0118.0167");
-    EXPECT_EQ(f.freq(4), "0118.0250");
+    EXPECT_EQ(f.freqs(1, 4), (std::vector<std::string>{"0118.0000", "0118.0083", "0118.0167", "0118.0250"}));
     // Every third channel lands on the 25 kHz raster, however far the range goes.
     EXPECT_EQ(f.freq(100), "0118.8250");
     EXPECT_EQ(f.freq(101), "0118.8333");
@@ -51,11 +55,8 @@ TEST(EasyFillFrequencies, A625kHzStepLandsOnTheRasterTheEditorKnows)
 {
     Fill f;
     f.run("1", "5", "150", "6.25");
-    EXPECT_EQ(f.freq(1), "0150.0000");
-    EXPECT_EQ(f.freq(2), "0150.0062");
-    EXPECT_EQ(f.freq(3), "0150.0125");
-    EXPECT_EQ(f.freq(4), "0150.0187");
-    EXPECT_EQ(f.freq(5), "0150.0250");
+    EXPECT_EQ(f.freqs(1, 5),
+              (std::vector<std::string>{"0150.0000", "0150.0062", "0150.0125", "0150.0187", "0150.0250"}));
 }
 
 TEST(EasyFillRange, ReversedRangeIsSwappedAndOnlyItsChannelsChange)

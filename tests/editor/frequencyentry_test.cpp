@@ -1,10 +1,7 @@
 #include "editor/frequencyentry.h"
 
 #include "core/text.h"
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-#include "support/testfiles.h"
+#include "support/tablerig.h"
 
 #include <gtest/gtest.h>
 
@@ -12,28 +9,10 @@ using namespace kestra;
 
 namespace {
 
-struct Entry {
-    kestra::test::TempDir dir;
-    Document doc;
-    Settings settings;
-    Grid grid;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    MemTable table{doc, settings, grid, {dialogs, profile, scheduler, AppFolder(dir.path())}};
+struct Entry : test::TableRig {
     FrequencyEntry entry{table};
 
-    explicit Entry(Model model = Model::BC250D)
-    {
-        doc.model = ModelSwitches::of(model);
-        table.formLoad();
-    }
-    std::string shown(int row, const std::string& header) const
-    {
-        for (int c = 1; c < grid.cols(); ++c)
-            if (grid.text(0, c) == header) return grid.text(row, c);
-        return "<no column " + header + ">";
-    }
+    using TableRig::TableRig;
     std::string type(const std::string& text, int row = 1)
     {
         entry.enterfreq(row, text);

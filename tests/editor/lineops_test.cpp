@@ -1,38 +1,18 @@
 #include "editor/lineops.h"
 
-#include "core/memtable.h"
 #include "core/text.h"
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-#include "support/testfiles.h"
+#include "support/tablerig.h"
 
 #include <gtest/gtest.h>
 
 using namespace kestra;
-using kestra::test::TempDir;
 
 namespace {
 
-struct Editor {
-    TempDir dir;
-    Document doc;
-    Settings settings;
-    Grid grid;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    MemTable table{doc, settings, grid, {dialogs, profile, scheduler, AppFolder(dir.path())}};
+struct Editor : test::TableRig {
     LineOperations ops{table};
-    int freqCol = 0, tagCol = 0;
+    int freqCol = gridCol(col::freq), tagCol = gridCol(col::tag);
 
-    Editor()
-    {
-        doc.model = ModelSwitches::of(Model::BC250D);
-        table.formLoad();
-        freqCol = gridColumnOfStore(doc.model.bc785d, col::freq);
-        tagCol = gridColumnOfStore(doc.model.bc785d, col::tag);
-    }
     void channel(int row, const std::string& freq, const std::string& tag = "")
     {
         grid.setText(row, freqCol, freq);
@@ -235,7 +215,7 @@ TEST(ClearLockoutChannels, EmptiesOnlyLockedOutChannels)
     Editor e;
     e.channel(1, "155", "Locked");
     e.channel(2, "156", "Open");
-    const int lockCol = gridColumnOfStore(e.doc.model.bc785d, col::lockout);
+    const int lockCol = e.gridCol(col::lockout);
     e.grid.setText(1, lockCol, "On");
     e.grid.setText(2, lockCol, "Off");
     e.ops.clearLockoutChannels();

@@ -1,12 +1,8 @@
 #include "editor/memorymanager.h"
 
-#include "core/memtable.h"
 #include "core/text.h"
 #include "editor/lineops.h"
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-#include "support/testfiles.h"
+#include "support/tablerig.h"
 
 #include <gtest/gtest.h>
 
@@ -238,42 +234,33 @@ TEST(MemoryBanks, TheDummyBankTakesChannelsOnly)
 
 TEST(MemoryManagerRun, KeepsUndoCopiesOfTheChangedBanksAndTellsOfTheCut)
 {
-    test::TempDir dir;
-    Document doc;
-    Settings settings;
-    Grid grid;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    MemTable table{doc, settings, grid, {dialogs, profile, scheduler, AppFolder(dir.path())}};
-    doc.model = ModelSwitches::of(Model::BC250D);
-    table.formLoad();
-    LineOperations ops{table};
-    const int freqCol = gridColumnOfStore(doc.model.bc785d, col::freq);
-    grid.setText(1, freqCol, "155");
-    grid.setText(2, freqCol, "156");
-    doc.memdata[kDummyBank][99][col::freq] = "460.0000";
+    test::TableRig r;
+    LineOperations ops{r.table};
+    const int freqCol = r.gridCol(col::freq);
+    r.grid.setText(1, freqCol, "155");
+    r.grid.setText(2, freqCol, "156");
+    r.doc.memdata[kDummyBank][99][col::freq] = "460.0000";
 
-    MemoryManager manager(table, &ops);
+    MemoryManager manager(r.table, &ops);
     const MemoryOutcome outcome = manager.perform(channels(Op::Move, 1, 2, 1100, false));
     EXPECT_TRUE(outcome.changed);
-    EXPECT_EQ(settings.copytags, 0);
+    EXPECT_EQ(r.settings.copytags, 0);
     // The grid went into the store first and shows the store after.
-    EXPECT_EQ(doc.memdata[kDummyBank][100][col::freq], "0155.0000");
-    EXPECT_EQ(grid.text(1, freqCol), "");
-    EXPECT_EQ(grid.text(2, freqCol), "0156.0000");
-    EXPECT_TRUE(doc.dirty);
-    ASSERT_EQ(dialogs.shown.size(), 1u);
-    EXPECT_EQ(dialogs.shown[0].text, "Channel 1100 is the last channel: only 1 of the 2 channels were moved.");
+    EXPECT_EQ(r.doc.memdata[kDummyBank][100][col::freq], "0155.0000");
+    EXPECT_EQ(r.grid.text(1, freqCol), "");
+    EXPECT_EQ(r.grid.text(2, freqCol), "0156.0000");
+    EXPECT_TRUE(r.doc.dirty);
+    ASSERT_EQ(r.dialogs.shown.size(), 1u);
+    EXPECT_EQ(r.dialogs.shown[0].text, "Channel 1100 is the last channel: only 1 of the 2 channels were moved.");
 
     // Undo of each changed bank brings back the channels before the move.
     EXPECT_TRUE(ops.canUndo(0));
     EXPECT_TRUE(ops.canUndo(kDummyBank));
     EXPECT_FALSE(ops.canUndo(1));
     ops.tabundo();
-    EXPECT_EQ(grid.text(1, freqCol), "0155.0000");
-    table.changeBank(kDummyBank);
+    EXPECT_EQ(r.grid.text(1, freqCol), "0155.0000");
+    r.table.changeBank(kDummyBank);
     ops.tabundo();
-    EXPECT_TRUE(doc.isEmpty(kDummyBank, 100));
-    EXPECT_EQ(Val(doc.memdata[kDummyBank][99][col::freq]), 460);
+    EXPECT_TRUE(r.doc.isEmpty(kDummyBank, 100));
+    EXPECT_EQ(Val(r.doc.memdata[kDummyBank][99][col::freq]), 460);
 }
