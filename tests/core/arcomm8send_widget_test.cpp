@@ -90,10 +90,6 @@ protected:
         QTest::keyClicks(view, keys);
         QTest::keyClick(view, Qt::Key_Return);
     }
-    QString shown(int row, int storeColumn) const
-    {
-        return MainWindowRig::shown(row, gridColumnOfStore(doc.model.bc785d, storeColumn));
-    }
 };
 
 TEST_F(SendDataMenuTest, ASingleBankGoesIntoTheScannerAndTheDocumentStaysAsItWas)
@@ -155,7 +151,7 @@ TEST_F(SendDataMenuTest, ASingleBankGoesIntoTheScannerAndTheDocumentStaysAsItWas
 
     EXPECT_FALSE(doc.dirty);
     EXPECT_TRUE(doc.memdata == before);
-    EXPECT_EQ(shown(1, col::tag), qs("Fire dispatch"));
+    EXPECT_EQ(cell(1, col::tag), qs("Fire dispatch"));
 }
 
 TEST_F(SendDataMenuTest, NothingGoesOutForANoOrForAnEmptyBank)
@@ -299,7 +295,7 @@ TEST_F(SendDataMenuTest, TheTableCheckRunsBeforeTheUploadWhenChosen)
     EXPECT_EQ(scanner().memory().channel(5).freq, 9560000u);
     EXPECT_EQ(scanner().memory().channel(5).tag, "Too high");
     EXPECT_EQ(doc.memdata[0][5][col::freq], "0956.0000");
-    EXPECT_EQ(shown(5, col::freq), qs("0956.0000"));
+    EXPECT_EQ(cell(5, col::freq), qs("0956.0000"));
     EXPECT_TRUE(doc.dirty);   // the check corrected the document
 }
 

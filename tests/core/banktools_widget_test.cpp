@@ -27,15 +27,6 @@ protected:
         options.beforeWindow = [&] { doc.model = ModelSwitches::of(Model::BC250D); };
         MainWindowRig::start(options);
     }
-
-    QString shown(int row, int storeColumn) const { return MainWindowRig::shown(row, column(storeColumn)); }
-    void trigger(const char* name)
-    {
-        QAction* entry = window->action(name);
-        ASSERT_NE(entry, nullptr) << name;
-        ASSERT_TRUE(entry->isEnabled()) << name;
-        entry->trigger();
-    }
 };
 
 TEST_F(BankToolsWindowTest, SortOfOneSelectedRowSortsTheWholeBank)
@@ -50,22 +41,22 @@ TEST_F(BankToolsWindowTest, SortOfOneSelectedRowSortsTheWholeBank)
     doc.dirty = false;
 
     trigger("sort_allb");
-    EXPECT_EQ(shown(1, col::freq), "0155.0000");
-    EXPECT_EQ(shown(1, col::tag), "Fire");
-    EXPECT_EQ(shown(2, col::freq), "0162.0000");
-    EXPECT_EQ(shown(2, col::tag), "Ambu");
-    EXPECT_EQ(shown(3, col::tag), "Water");
-    EXPECT_EQ(shown(7, col::freq), "");
+    EXPECT_EQ(cell(1, col::freq), "0155.0000");
+    EXPECT_EQ(cell(1, col::tag), "Fire");
+    EXPECT_EQ(cell(2, col::freq), "0162.0000");
+    EXPECT_EQ(cell(2, col::tag), "Ambu");
+    EXPECT_EQ(cell(3, col::tag), "Water");
+    EXPECT_EQ(cell(7, col::freq), "");
     EXPECT_TRUE(doc.dirty);
     EXPECT_TRUE(messages().empty());
 
     trigger("sort_rangedown");
-    EXPECT_EQ(shown(1, col::tag), "Water");
-    EXPECT_EQ(shown(3, col::tag), "Fire");
+    EXPECT_EQ(cell(1, col::tag), "Water");
+    EXPECT_EQ(cell(3, col::tag), "Fire");
 
     trigger("tabundo");   // back to the bank before the last sort
-    EXPECT_EQ(shown(1, col::tag), "Fire");
-    EXPECT_EQ(shown(3, col::tag), "Water");
+    EXPECT_EQ(cell(1, col::tag), "Fire");
+    EXPECT_EQ(cell(3, col::tag), "Water");
 }
 
 TEST_F(BankToolsWindowTest, AnEdacsBankAsksBeforeASort)
@@ -75,19 +66,19 @@ TEST_F(BankToolsWindowTest, AnEdacsBankAsksBeforeASort)
     typeInto(2, col::freq, "851");
     select(1, col::trunk);
     QTest::keyClick(view(), Qt::Key_Space);
-    ASSERT_EQ(shown(1, col::trunk), "On");
+    ASSERT_EQ(cell(1, col::trunk), "On");
 
     dialogs.answers = {Answer::No};
     trigger("sort_allb");
     ASSERT_EQ(messages().size(), 1u);
     EXPECT_EQ(messages()[0].rfind("WARNING:\r\nThis bank contains an EDACS trunk system!", 0), 0u);
-    EXPECT_EQ(shown(1, col::freq), "0866.0000");
+    EXPECT_EQ(cell(1, col::freq), "0866.0000");
 
     dialogs.answers = {Answer::Yes};
     trigger("sort_up");
     EXPECT_EQ(messages().size(), 2u);
-    EXPECT_EQ(shown(1, col::freq), "0851.0000");
-    EXPECT_EQ(shown(2, col::trunk), "On");
+    EXPECT_EQ(cell(1, col::freq), "0851.0000");
+    EXPECT_EQ(cell(2, col::trunk), "On");
 }
 
 TEST_F(BankToolsWindowTest, FindShowsEachHitInItsBankAndKeepsTheChoices)
@@ -110,7 +101,7 @@ TEST_F(BankToolsWindowTest, FindShowsEachHitInItsBankAndKeepsTheChoices)
         EXPECT_EQ(messages().back(), "Channel #308\r\nin bank 4\r\ncontains this data.");
         EXPECT_EQ(window->tabbed1()->currentIndex(), 3);
         EXPECT_EQ(grid.selection().row, 8);
-        EXPECT_EQ(shown(8, col::freq), "0155.1250");
+        EXPECT_EQ(cell(8, col::freq), "0155.1250");
 
         dialog->option3D1(1)->click();
         dialog->option3D2(1)->click();
@@ -141,7 +132,7 @@ TEST_F(BankToolsWindowTest, ReplaceChangesTheTagsOfTheChosenScope)
         QTest::keyClicks(dialog->text2(), "South");
         dialog->option3D1(1)->click();   // Current Bank
         QTest::mouseClick(dialog->applyButton(), Qt::LeftButton);
-        EXPECT_EQ(shown(1, col::tag), "Fire South");
+        EXPECT_EQ(cell(1, col::tag), "Fire South");
         EXPECT_EQ(doc.memdata[2][4][col::tag], "north gate");
         QTest::mouseClick(dialog->closeButton(), Qt::LeftButton);
     });

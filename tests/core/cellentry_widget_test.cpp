@@ -37,8 +37,6 @@ protected:
         MainWindowRig::start(options);
     }
 
-    // Cells read by store column.
-    QString shown(int row, int storeColumn) const { return MainWindowRig::shown(row, column(storeColumn)); }
     QComboBox* combo(const char* name) const { return window->findChild<QComboBox*>(name); }
     // What a user's choice in a combo does.
     static void choose(QComboBox* box, const QString& text)
@@ -56,16 +54,16 @@ TEST_F(CellEntryWindowTest, TypedFrequenciesMeetTheLimitsAndMoveToTheNextChannel
 {
     start(Model::BC250D);
     typeInto(1, col::freq, "24.9");
-    EXPECT_EQ(shown(1, col::freq), "0025.0000");
+    EXPECT_EQ(cell(1, col::freq), "0025.0000");
     EXPECT_EQ(grid.selection().row, 2);   // Enter went on to the next channel
     EXPECT_FALSE(window->text1()->isVisible());
     typeInto(2, col::freq, "700");
-    EXPECT_EQ(shown(2, col::freq), "0512.0000");
+    EXPECT_EQ(cell(2, col::freq), "0512.0000");
     EXPECT_TRUE(doc.dirty);
 
     settings.zero = 1;
     typeInto(3, col::freq, "24.9");
-    EXPECT_EQ(shown(3, col::freq), "25.0000");
+    EXPECT_EQ(cell(3, col::freq), "25.0000");
 }
 
 TEST_F(CellEntryWindowTest, FrequencyOnThe625RasterKeepsItsDigitsAndSetsTheStep)
@@ -73,8 +71,8 @@ TEST_F(CellEntryWindowTest, FrequencyOnThe625RasterKeepsItsDigitsAndSetsTheStep)
     start(Model::BC796D);
     ASSERT_EQ(window->gridModel()->columnCount(), 11);
     typeInto(4, col::freq, "155.0062");
-    EXPECT_EQ(shown(4, col::freq), "0155.0062");
-    EXPECT_EQ(shown(4, col::step), "6.25");
+    EXPECT_EQ(cell(4, col::freq), "0155.0062");
+    EXPECT_EQ(cell(4, col::step), "6.25");
 }
 
 TEST_F(CellEntryWindowTest, FrequencyIsRoundedToTheBandStep)
@@ -84,9 +82,9 @@ TEST_F(CellEntryWindowTest, FrequencyIsRoundedToTheBandStep)
         s.round = 1;
     });
     typeInto(1, col::freq, "146.007");
-    EXPECT_EQ(shown(1, col::freq), "0146.0050");
-    EXPECT_EQ(shown(1, col::mode), "FM");
-    EXPECT_EQ(shown(1, col::step), "5.0");
+    EXPECT_EQ(cell(1, col::freq), "0146.0050");
+    EXPECT_EQ(cell(1, col::mode), "FM");
+    EXPECT_EQ(cell(1, col::step), "5.0");
 }
 
 TEST_F(CellEntryWindowTest, TheBoxOpensOverTheCellEscapeDropsItAndAClickElsewhereKeepsIt)
@@ -103,7 +101,7 @@ TEST_F(CellEntryWindowTest, TheBoxOpensOverTheCellEscapeDropsItAndAClickElsewher
 
     QTest::keyClick(view(), Qt::Key_Escape);
     EXPECT_FALSE(box->isVisible());
-    EXPECT_EQ(shown(6, col::freq), "0146.5200");
+    EXPECT_EQ(cell(6, col::freq), "0146.5200");
     EXPECT_EQ(grid.selection().row, 6);
     EXPECT_FALSE(doc.dirty);
 
@@ -116,7 +114,7 @@ TEST_F(CellEntryWindowTest, TheBoxOpensOverTheCellEscapeDropsItAndAClickElsewher
     const QRect other = view()->visualRect(window->gridModel()->indexOfCell(9, column(col::tag)));
     QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, other.center());
     EXPECT_FALSE(box->isVisible());
-    EXPECT_EQ(shown(7, col::freq), "0146.5000");
+    EXPECT_EQ(cell(7, col::freq), "0146.5000");
     EXPECT_EQ(grid.selection(), (GridSelection{9, column(col::tag), 9, column(col::tag)}));
 
     // Letters in a list column open no box.
@@ -143,9 +141,9 @@ TEST_F(CellEntryWindowTest, TagsFeedTheEasyTagCombosAndTheirChoiceFillsTheSelect
 
     grid.setSelection({5, 1, 3, 1});
     choose(window->textcombo(), "Police");
-    EXPECT_EQ(shown(3, col::tag), "Police");
-    EXPECT_EQ(shown(5, col::tag), "Police");
-    EXPECT_EQ(shown(6, col::tag), "");
+    EXPECT_EQ(cell(3, col::tag), "Police");
+    EXPECT_EQ(cell(5, col::tag), "Police");
+    EXPECT_EQ(cell(6, col::tag), "");
 }
 
 // ---- list columns ---------------------------------------------------------------------------------
@@ -157,12 +155,12 @@ TEST_F(CellEntryWindowTest, KeyLLocksOutTheToneAndTheToneComboFollows)
     select(2, col::tone);
     EXPECT_EQ(window->smartTitle()->text(), "PL/DPL:");
     QTest::keyClick(view(), Qt::Key_L);
-    EXPECT_EQ(shown(2, col::tone), "100.0-");
+    EXPECT_EQ(cell(2, col::tone), "100.0-");
     EXPECT_EQ(combo("ctc")->currentText(), "100.0");
     QTest::keyClick(view(), Qt::Key_L);
-    EXPECT_EQ(shown(2, col::tone), "100.0");
+    EXPECT_EQ(cell(2, col::tone), "100.0");
     QTest::keyClick(view(), Qt::Key_Plus, Qt::KeypadModifier);
-    EXPECT_EQ(shown(2, col::tone), "141.3");
+    EXPECT_EQ(cell(2, col::tone), "141.3");
     EXPECT_TRUE(doc.dirty);
 }
 
@@ -172,19 +170,19 @@ TEST_F(CellEntryWindowTest, SpaceAndDoubleClickScrollTheShortDelayList)
     select(3, col::delay);
     EXPECT_EQ(window->smartTitle()->text(), "Delay:");
     QTest::keyClick(view(), Qt::Key_Space);
-    EXPECT_EQ(shown(3, col::delay), "None");
+    EXPECT_EQ(cell(3, col::delay), "None");
     QTest::keyClick(view(), Qt::Key_Space);
-    EXPECT_EQ(shown(3, col::delay), "2");
+    EXPECT_EQ(cell(3, col::delay), "2");
     QTest::keyClick(view(), Qt::Key_Space);
-    EXPECT_EQ(shown(3, col::delay), "None");
+    EXPECT_EQ(cell(3, col::delay), "None");
     QTest::keyClick(view(), Qt::Key_Space, Qt::ShiftModifier);
-    EXPECT_EQ(shown(3, col::delay), "2");
+    EXPECT_EQ(cell(3, col::delay), "2");
 
-    const QRect cell = view()->visualRect(window->gridModel()->indexOfCell(3, column(col::delay)));
+    const QRect box = view()->visualRect(window->gridModel()->indexOfCell(3, column(col::delay)));
     // A double click: the first click's press and release, then the double click.
-    QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, cell.center());
-    QTest::mouseDClick(view()->viewport(), Qt::LeftButton, {}, cell.center());
-    EXPECT_EQ(shown(3, col::delay), "None");
+    QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, box.center());
+    QTest::mouseDClick(view()->viewport(), Qt::LeftButton, {}, box.center());
+    EXPECT_EQ(cell(3, col::delay), "None");
     EXPECT_FALSE(window->text1()->isVisible());
     EXPECT_EQ(combo("delaycombo")->count(), 2);
 }
@@ -199,8 +197,8 @@ TEST_F(CellEntryWindowTest, ListCombosWriteEverySelectedRowAndFollowTheModel)
     for (int row = 1; row <= 5; ++row) {
         SCOPED_TRACE(row);
         const bool selected = row >= 2 && row <= 4;
-        EXPECT_EQ(shown(row, col::step), selected ? "Auto" : "");
-        EXPECT_EQ(shown(row, col::tone), selected ? "754" : "");
+        EXPECT_EQ(cell(row, col::step), selected ? "Auto" : "");
+        EXPECT_EQ(cell(row, col::tone), selected ? "754" : "");
     }
 
     table->setModel(ModelSwitches::of(Model::BC296D));
@@ -261,7 +259,7 @@ TEST_F(CellEntryWindowTest, CheckDataInTableMovesALoadedFrequencyOutOfTheGap)
     test::writeBytes(path, mem.text());
     dialogs.files.push_back(path);
     window->action("tabopen")->trigger();
-    ASSERT_EQ(shown(4, col::freq), "1000.0000");
+    ASSERT_EQ(cell(4, col::freq), "1000.0000");
     EXPECT_FALSE(doc.dirty);
 
     // The toolbar button and the menu entry are one command.
@@ -271,8 +269,8 @@ TEST_F(CellEntryWindowTest, CheckDataInTableMovesALoadedFrequencyOutOfTheGap)
     ASSERT_NE(button, nullptr);
     ASSERT_TRUE(button->isEnabled());
     button->trigger();
-    EXPECT_EQ(shown(4, col::freq), "0956.0000");
-    EXPECT_EQ(shown(4, col::tag), "Far");
+    EXPECT_EQ(cell(4, col::freq), "0956.0000");
+    EXPECT_EQ(cell(4, col::tag), "Far");
     EXPECT_TRUE(doc.dirty);
 }
 
@@ -285,11 +283,11 @@ TEST_F(CellEntryWindowTest, BandplanOfTheCurrentBankTakesTheSelectedRows)
     }
     grid.setSelection({1, 1, 2, 1});
     window->action("runband1")->trigger();
-    EXPECT_EQ(shown(1, col::mode), "AM");
-    EXPECT_EQ(shown(2, col::mode), "AM");
-    EXPECT_EQ(shown(3, col::mode), "FM");
+    EXPECT_EQ(cell(1, col::mode), "AM");
+    EXPECT_EQ(cell(2, col::mode), "AM");
+    EXPECT_EQ(cell(3, col::mode), "FM");
     window->action("runband2")->trigger();
-    EXPECT_EQ(shown(3, col::mode), "AM");
+    EXPECT_EQ(cell(3, col::mode), "AM");
 }
 
 } // namespace

@@ -29,7 +29,6 @@ protected:
         MainWindowRig::start(options);
     }
 
-    QString shown(int row, int storeColumn) const { return MainWindowRig::shown(row, column(storeColumn)); }
 
     static void type(QLineEdit* box, const char* text)
     {
@@ -54,12 +53,12 @@ TEST_F(EasyFillWindowTest, OkFillsTheRangeWith833kHzStepsAndTheGridShowsThem)
         w->list(EasyField::Mode)->setCurrentText("AM");
         click(w->okButton());
     });
-    EXPECT_EQ(shown(1, col::freq), "0118.0000");
-    EXPECT_EQ(shown(2, col::freq), "0118.0083");
-    EXPECT_EQ(shown(3, col::freq), "0118.0167");
-    EXPECT_EQ(shown(4, col::freq), "0118.0250");
-    EXPECT_EQ(shown(4, col::mode), "AM");
-    EXPECT_EQ(shown(5, col::freq), "");
+    EXPECT_EQ(cell(1, col::freq), "0118.0000");
+    EXPECT_EQ(cell(2, col::freq), "0118.0083");
+    EXPECT_EQ(cell(3, col::freq), "0118.0167");
+    EXPECT_EQ(cell(4, col::freq), "0118.0250");
+    EXPECT_EQ(cell(4, col::mode), "AM");
+    EXPECT_EQ(cell(5, col::freq), "");
     EXPECT_TRUE(doc.dirty);
 }
 
@@ -87,7 +86,7 @@ TEST_F(EasyFillWindowTest, ButtonsOfTheWindowSetItsControls)
         click(w->cancelButton());
     });
     EXPECT_FALSE(doc.dirty);
-    EXPECT_EQ(shown(1, col::freq), "");
+    EXPECT_EQ(cell(1, col::freq), "");
 }
 
 TEST_F(EasyFillWindowTest, AllChannelsReachTheDummyBankAndUndoBringsBanksBack)
@@ -109,21 +108,21 @@ TEST_F(EasyFillWindowTest, AllChannelsReachTheDummyBankAndUndoBringsBanksBack)
         click(w->cancelButton());
     });
     EXPECT_TRUE(doc.dirty);
-    EXPECT_EQ(shown(1, col::freq), "0100.0000");
-    EXPECT_EQ(shown(1, col::tag).trimmed(), "Fire");
+    EXPECT_EQ(cell(1, col::freq), "0100.0000");
+    EXPECT_EQ(cell(1, col::tag).trimmed(), "Fire");
 
     window->tabbed1()->setCurrentIndex(kDummyBank);
     ASSERT_EQ(doc.currentBank, kDummyBank);
-    EXPECT_EQ(shown(1, col::freq), "0105.0000");
-    EXPECT_EQ(shown(100, col::freq), "0105.4950");
+    EXPECT_EQ(cell(1, col::freq), "0105.0000");
+    EXPECT_EQ(cell(100, col::freq), "0105.4950");
     window->action("tabundo")->trigger();
-    EXPECT_EQ(shown(100, col::freq), "");
+    EXPECT_EQ(cell(100, col::freq), "");
 
     window->tabbed1()->setCurrentIndex(0);
     window->action("tabundo")->trigger();
-    EXPECT_EQ(shown(1, col::freq), "0155.0000");
-    EXPECT_EQ(shown(1, col::tag).trimmed(), "Fire");
-    EXPECT_EQ(shown(2, col::freq), "");
+    EXPECT_EQ(cell(1, col::freq), "0155.0000");
+    EXPECT_EQ(cell(1, col::tag).trimmed(), "Fire");
+    EXPECT_EQ(cell(2, col::freq), "");
 }
 
 } // namespace

@@ -29,34 +29,24 @@ protected:
         options.beforeWindow = [&] { doc.model = ModelSwitches::of(Model::BC250D); };
         MainWindowRig::start(options);
     }
-
-    // Cells read by store column.
-    QString shown(int row, int storeColumn) const { return MainWindowRig::shown(row, column(storeColumn)); }
-    void trigger(const char* name)
-    {
-        QAction* entry = window->action(name);
-        ASSERT_NE(entry, nullptr) << name;
-        ASSERT_TRUE(entry->isEnabled()) << name;
-        entry->trigger();
-    }
 };
 
 TEST_F(LineOpsWindowTest, UndoAfterATabChangeBringsBackTheTextBeforeTheEdit)
 {
     typeInto(1, col::freq, "155");
-    ASSERT_EQ(shown(1, col::freq), "0155.0000");
+    ASSERT_EQ(cell(1, col::freq), "0155.0000");
     typeInto(2, col::freq, "460");
-    ASSERT_EQ(shown(2, col::freq), "0460.0000");
+    ASSERT_EQ(cell(2, col::freq), "0460.0000");
 
     window->tabbed1()->setCurrentIndex(1);
     EXPECT_EQ(doc.currentBank, 1);
-    EXPECT_EQ(shown(2, col::freq), "");
+    EXPECT_EQ(cell(2, col::freq), "");
     window->tabbed1()->setCurrentIndex(0);
-    ASSERT_EQ(shown(2, col::freq), "0460.0000");
+    ASSERT_EQ(cell(2, col::freq), "0460.0000");
 
     trigger("tabundo");
-    EXPECT_EQ(shown(2, col::freq), "");
-    EXPECT_EQ(shown(1, col::freq), "0155.0000");
+    EXPECT_EQ(cell(2, col::freq), "");
+    EXPECT_EQ(cell(1, col::freq), "0155.0000");
 }
 
 TEST_F(LineOpsWindowTest, ASecondUndoRestoresTheSameTextAgain)
@@ -64,13 +54,13 @@ TEST_F(LineOpsWindowTest, ASecondUndoRestoresTheSameTextAgain)
     typeInto(1, col::freq, "155");
     typeInto(1, col::freq, "460");
     trigger("tabundo");
-    ASSERT_EQ(shown(1, col::freq), "0155.0000");
+    ASSERT_EQ(cell(1, col::freq), "0155.0000");
     // A change that took no copy of its own: the kept copy still brings back 155.
     doc.memdata[0][1][col::freq] = "162.5";
     window->table().fillgrid();
-    ASSERT_EQ(shown(1, col::freq), "0162.5000");
+    ASSERT_EQ(cell(1, col::freq), "0162.5000");
     trigger("tabundo");
-    EXPECT_EQ(shown(1, col::freq), "0155.0000");
+    EXPECT_EQ(cell(1, col::freq), "0155.0000");
 }
 
 TEST_F(LineOpsWindowTest, UndoClosesTheOpenEditFirst)
@@ -81,8 +71,8 @@ TEST_F(LineOpsWindowTest, UndoClosesTheOpenEditFirst)
     ASSERT_TRUE(window->text1()->isVisible());
     trigger("tabundo");
     EXPECT_FALSE(window->text1()->isVisible());
-    EXPECT_EQ(shown(2, col::freq), "");
-    EXPECT_EQ(shown(1, col::freq), "0155.0000");
+    EXPECT_EQ(cell(2, col::freq), "");
+    EXPECT_EQ(cell(1, col::freq), "0155.0000");
 }
 
 TEST_F(LineOpsWindowTest, InsertEmptyLineAsksNothingWhenChannel100IsEmpty)
@@ -92,9 +82,9 @@ TEST_F(LineOpsWindowTest, InsertEmptyLineAsksNothingWhenChannel100IsEmpty)
     select(5, col::freq);
     trigger("memtab_inslin");
     EXPECT_TRUE(messages().empty());
-    EXPECT_EQ(shown(5, col::freq), "");
-    EXPECT_EQ(shown(6, col::freq), "0155.0000");
-    EXPECT_EQ(shown(7, col::freq), "0156.0000");
+    EXPECT_EQ(cell(5, col::freq), "");
+    EXPECT_EQ(cell(6, col::freq), "0155.0000");
+    EXPECT_EQ(cell(7, col::freq), "0156.0000");
     EXPECT_TRUE(doc.dirty);
 }
 
@@ -104,8 +94,8 @@ TEST_F(LineOpsWindowTest, InsertAtRow100EmptiesTheLastLineAndAsksOnlyWhenItHolds
     select(100, col::freq);
     trigger("memtab_inslin");
     EXPECT_TRUE(messages().empty());
-    EXPECT_EQ(shown(99, col::freq), "0155.0000");
-    EXPECT_EQ(shown(100, col::freq), "");
+    EXPECT_EQ(cell(99, col::freq), "0155.0000");
+    EXPECT_EQ(cell(100, col::freq), "");
 
     typeInto(100, col::freq, "156");
     select(100, col::freq);
@@ -113,12 +103,12 @@ TEST_F(LineOpsWindowTest, InsertAtRow100EmptiesTheLastLineAndAsksOnlyWhenItHolds
     trigger("memtab_inslin");
     ASSERT_EQ(messages().size(), 1u);
     EXPECT_EQ(messages().back(), "Channel 100 contains data.\r\nThis data will be lost.\r\nContinue?");
-    EXPECT_EQ(shown(100, col::freq), "0156.0000");
+    EXPECT_EQ(cell(100, col::freq), "0156.0000");
 
     dialogs.answers = {Answer::Yes};
     trigger("memtab_inslin");
-    EXPECT_EQ(shown(100, col::freq), "");
-    EXPECT_EQ(shown(99, col::freq), "0155.0000");
+    EXPECT_EQ(cell(100, col::freq), "");
+    EXPECT_EQ(cell(99, col::freq), "0155.0000");
 }
 
 TEST_F(LineOpsWindowTest, RemoveAllEmptyLinesClosesTheGapsOfTheBank)
@@ -129,24 +119,24 @@ TEST_F(LineOpsWindowTest, RemoveAllEmptyLinesClosesTheGapsOfTheBank)
     typeInto(9, col::freq, "157");
     typeInto(100, col::freq, "158");
     trigger("memtab_remlines");
-    EXPECT_EQ(shown(1, col::freq), "0155.0000");
-    EXPECT_EQ(shown(2, col::freq), "0156.0000");
-    EXPECT_EQ(shown(2, col::tag).trimmed(), "Fire");
-    EXPECT_EQ(shown(3, col::freq), "0157.0000");
-    EXPECT_EQ(shown(4, col::freq), "0158.0000");
-    for (int row : {5, 9, 99, 100}) EXPECT_EQ(shown(row, col::freq), "") << row;
+    EXPECT_EQ(cell(1, col::freq), "0155.0000");
+    EXPECT_EQ(cell(2, col::freq), "0156.0000");
+    EXPECT_EQ(cell(2, col::tag).trimmed(), "Fire");
+    EXPECT_EQ(cell(3, col::freq), "0157.0000");
+    EXPECT_EQ(cell(4, col::freq), "0158.0000");
+    for (int row : {5, 9, 99, 100}) EXPECT_EQ(cell(row, col::freq), "") << row;
     EXPECT_EQ(doc.memdata[0][100][col::freq], "Empty");
 }
 
 TEST_F(LineOpsWindowTest, FillSeriesThroughTheMenuCountsOn)
 {
     typeInto(1, col::tag, "Unit 9");
-    ASSERT_EQ(shown(1, col::tag).trimmed(), "Unit 9");
+    ASSERT_EQ(cell(1, col::tag).trimmed(), "Unit 9");
     grid.setSelection({1, column(col::tag), 3, column(col::tag)});
     trigger("menu_fs");
-    EXPECT_EQ(shown(2, col::tag), "Unit 10");
-    EXPECT_EQ(shown(3, col::tag), "Unit 11");
-    EXPECT_EQ(shown(4, col::tag), "");
+    EXPECT_EQ(cell(2, col::tag), "Unit 10");
+    EXPECT_EQ(cell(3, col::tag), "Unit 11");
+    EXPECT_EQ(cell(4, col::tag), "");
 }
 
 TEST_F(LineOpsWindowTest, PasteLineSpecialInsertsTheCopiedLinesAndAsksBeforePushingAChannelOut)
@@ -160,11 +150,11 @@ TEST_F(LineOpsWindowTest, PasteLineSpecialInsertsTheCopiedLinesAndAsksBeforePush
     trigger("paste_special");
     EXPECT_TRUE(messages().empty());
     const char* expected[] = {"0155.0000", "0155.0000", "0156.0000", "0156.0000", "0157.0000", ""};
-    for (int row = 1; row <= 6; ++row) EXPECT_EQ(shown(row, col::freq), expected[row - 1]) << row;
+    for (int row = 1; row <= 6; ++row) EXPECT_EQ(cell(row, col::freq), expected[row - 1]) << row;
 
     trigger("tabundo");
-    EXPECT_EQ(shown(2, col::freq), "0156.0000");
-    EXPECT_EQ(shown(4, col::freq), "");
+    EXPECT_EQ(cell(2, col::freq), "0156.0000");
+    EXPECT_EQ(cell(4, col::freq), "");
 
     typeInto(99, col::freq, "160");
     select(1, col::freq);
@@ -172,8 +162,8 @@ TEST_F(LineOpsWindowTest, PasteLineSpecialInsertsTheCopiedLinesAndAsksBeforePush
     trigger("paste_special");
     ASSERT_EQ(messages().size(), 1u);
     EXPECT_EQ(messages().back(), "Channel 99 contains data.\r\nThis data will be lost.\r\nContinue?");
-    EXPECT_EQ(shown(1, col::freq), "0155.0000");
-    EXPECT_EQ(shown(2, col::freq), "0156.0000");
+    EXPECT_EQ(cell(1, col::freq), "0155.0000");
+    EXPECT_EQ(cell(2, col::freq), "0156.0000");
 }
 
 TEST_F(LineOpsWindowTest, TagToolsCentreOrLeftAlignEveryTagOfTheBank)
@@ -185,15 +175,15 @@ TEST_F(LineOpsWindowTest, TagToolsCentreOrLeftAlignEveryTagOfTheBank)
     }
     trigger("center_tags");
     // (16 - length) / 2 leading blanks, halves to even; a long tag is cut first.
-    EXPECT_EQ(shown(1, col::tag), "      Fire");
-    EXPECT_EQ(shown(2, col::tag), "      Fire1");
-    EXPECT_EQ(shown(3, col::tag), "    Engine7");
-    EXPECT_EQ(shown(4, col::tag), "Ambulance Dispat");
-    EXPECT_EQ(shown(5, col::tag), "");
+    EXPECT_EQ(cell(1, col::tag), "      Fire");
+    EXPECT_EQ(cell(2, col::tag), "      Fire1");
+    EXPECT_EQ(cell(3, col::tag), "    Engine7");
+    EXPECT_EQ(cell(4, col::tag), "Ambulance Dispat");
+    EXPECT_EQ(cell(5, col::tag), "");
 
     trigger("rem_space");
-    EXPECT_EQ(shown(1, col::tag), "Fire");
-    EXPECT_EQ(shown(3, col::tag), "Engine7");
+    EXPECT_EQ(cell(1, col::tag), "Fire");
+    EXPECT_EQ(cell(3, col::tag), "Engine7");
 }
 
 TEST_F(LineOpsWindowTest, FillLineWithDefaultDataOverwritesTheSelectedLines)
@@ -211,9 +201,9 @@ TEST_F(LineOpsWindowTest, FillLineWithDefaultDataOverwritesTheSelectedLines)
     ASSERT_NE(button, nullptr);
     ASSERT_TRUE(button->isEnabled());
     button->trigger();
-    EXPECT_EQ(shown(5, col::delay).toStdString(), delay);
-    EXPECT_EQ(shown(6, col::delay).toStdString(), delay);
-    EXPECT_EQ(shown(7, col::delay), before);
+    EXPECT_EQ(cell(5, col::delay).toStdString(), delay);
+    EXPECT_EQ(cell(6, col::delay).toStdString(), delay);
+    EXPECT_EQ(cell(7, col::delay), before);
 
     trigger("tabselect");
     EXPECT_EQ(grid.selection().top(), 1);
@@ -232,22 +222,22 @@ TEST_F(LineOpsWindowTest, CopyAndPasteGoThroughTheSystemClipboard)
 
     select(5, col::tag);
     trigger("tabpaste");
-    EXPECT_EQ(shown(5, col::tag), "Fire");
-    EXPECT_EQ(shown(2, col::tag), "Fire");
+    EXPECT_EQ(cell(5, col::tag), "Fire");
+    EXPECT_EQ(cell(2, col::tag), "Fire");
 
     clipboard->setText("Police");
     select(6, col::tag);
     trigger("tab_paste");
-    EXPECT_EQ(shown(6, col::tag), "Police");
+    EXPECT_EQ(cell(6, col::tag), "Police");
 
     select(2, col::tag);
     trigger("tab_cut");
     EXPECT_EQ(clipboard->text(), "Fire\r\n");
-    EXPECT_EQ(shown(2, col::tag), "");
+    EXPECT_EQ(cell(2, col::tag), "");
 
     select(5, col::tag);
     trigger("pop_delete");
-    EXPECT_EQ(shown(5, col::tag), "");
+    EXPECT_EQ(cell(5, col::tag), "");
     EXPECT_EQ(clipboard->text(), "Fire\r\n");
 }
 
@@ -256,8 +246,8 @@ TEST_F(LineOpsWindowTest, CtrlDShiftsTheChannelDown)
     typeInto(3, col::freq, "155");
     select(3, col::freq);
     QTest::keyClick(view(), Qt::Key_D, Qt::ControlModifier);
-    EXPECT_EQ(shown(3, col::freq), "");
-    EXPECT_EQ(shown(4, col::freq), "0155.0000");
+    EXPECT_EQ(cell(3, col::freq), "");
+    EXPECT_EQ(cell(4, col::freq), "0155.0000");
 }
 
 } // namespace

@@ -28,7 +28,6 @@ protected:
         options.beforeWindow = [&] { doc.model = ModelSwitches::of(Model::BC250D); };
         MainWindowRig::start(options);
     }
-    QString shown(int row, int storeColumn) const { return MainWindowRig::shown(row, column(storeColumn)); }
 };
 
 TEST_F(MemoryManagerWindowTest, MovingTheSelectedLinesEmptiesThemAndUndoBringsThemBack)
@@ -52,18 +51,18 @@ TEST_F(MemoryManagerWindowTest, MovingTheSelectedLinesEmptiesThemAndUndoBringsTh
         QTest::mouseClick(w->okButton(), Qt::LeftButton);
     });
 
-    EXPECT_EQ(shown(1, col::freq), "0155.0000");
-    EXPECT_EQ(shown(2, col::freq), "");
-    EXPECT_EQ(shown(3, col::freq), "");
-    EXPECT_EQ(shown(11, col::freq), "0156.0000");
-    EXPECT_EQ(shown(12, col::freq), "0157.0000");
+    EXPECT_EQ(cell(1, col::freq), "0155.0000");
+    EXPECT_EQ(cell(2, col::freq), "");
+    EXPECT_EQ(cell(3, col::freq), "");
+    EXPECT_EQ(cell(11, col::freq), "0156.0000");
+    EXPECT_EQ(cell(12, col::freq), "0157.0000");
     EXPECT_TRUE(doc.dirty);
     EXPECT_TRUE(messages().empty());
 
     window->action("tabundo")->trigger();
-    EXPECT_EQ(shown(2, col::freq), "0156.0000");
-    EXPECT_EQ(shown(11, col::freq), "");
-    EXPECT_EQ(shown(12, col::freq), "0460.0000");
+    EXPECT_EQ(cell(2, col::freq), "0156.0000");
+    EXPECT_EQ(cell(11, col::freq), "");
+    EXPECT_EQ(cell(12, col::freq), "0460.0000");
 }
 
 TEST_F(MemoryManagerWindowTest, ApplySwapsBanksWithTheirTagsAndTheWindowStaysOpen)
@@ -85,7 +84,7 @@ TEST_F(MemoryManagerWindowTest, ApplySwapsBanksWithTheirTagsAndTheWindowStaysOpe
         EXPECT_TRUE(w->isVisible());
         EXPECT_EQ(w->status()->text(), "Bank 1 swapped with Bank 2.");
         EXPECT_EQ(w->fromBank()->itemText(0), "1: Police");
-        EXPECT_EQ(shown(1, col::freq), "0460.0000");
+        EXPECT_EQ(cell(1, col::freq), "0460.0000");
         QTest::mouseClick(w->cancelButton(), Qt::LeftButton);
     });
 

@@ -36,6 +36,14 @@ QString MainWindowRig::shown(int row, int col) const
     return window->gridModel()->data(window->gridModel()->indexOfCell(row, col)).toString();
 }
 
+void MainWindowRig::trigger(const char* name)
+{
+    QAction* entry = window->action(name);
+    ASSERT_NE(entry, nullptr) << name;
+    ASSERT_TRUE(entry->isEnabled()) << name;
+    entry->trigger();
+}
+
 QAction* MainWindowRig::toolbarButton(const char* key) const
 {
     QAction* button = nullptr;

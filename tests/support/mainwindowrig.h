@@ -75,7 +75,11 @@ struct MainWindowRig {
     // The grid addressed by store column, as a user of the layout sees it.
     QTableView* view() const;
     int column(int storeColumn) const;
+    // A grid cell by store column, as the model shows it.
+    QString cell(int row, int storeColumn) const { return shown(row, column(storeColumn)); }
     void select(int row, int storeColumn);
+    // Triggers a menu entry, which must be there and usable.
+    void trigger(const char* name);
     // Types the keys into the grid on a cell, then Enter.
     void typeInto(int row, int storeColumn, const char* keys);
     // The button of the first toolbar for a menu entry, or null.
