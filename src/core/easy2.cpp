@@ -51,9 +51,16 @@ Easy2::Easy2(MemTable& table, LineOperations& lineOps, QWidget* parent)
     text1_ = numberBox("Text1", this);
     text2_ = numberBox("Text2", this);
     text6_ = numberBox("Text6", this);
-    text3_ = numberBox("Text3", this);
-    const std::pair<const char*, QLineEdit*> boxes[] = {
-        {"From channel:", text1_}, {"To channel:", text2_}, {"Start:", text6_}, {"Step:", text3_}};
+    // The step is typed or chosen from the usual increments.
+    auto* stepList = new QComboBox(this);
+    stepList->setObjectName("Text3");
+    stepList->setEditable(true);
+    stepList->setInsertPolicy(QComboBox::NoInsert);
+    for (const std::string& step : easyStepChoices(model)) stepList->addItem(toQt(step));
+    text3_ = stepList->lineEdit();
+    text3_->setMaxLength(12);
+    const std::pair<const char*, QWidget*> boxes[] = {
+        {"From channel:", text1_}, {"To channel:", text2_}, {"Start:", text6_}, {"Step:", stepList}};
     int row = 0;
     for (const auto& [caption, box] : boxes) {
         auto* label = new QLabel(caption, this);

@@ -87,6 +87,16 @@ std::vector<std::string> easyFieldChoices(EasyField field, const ModelSwitches& 
     return list;
 }
 
+std::vector<std::string> easyStepChoices(const ModelSwitches& model)
+{
+    std::vector<std::string> list = {"6.25", "10.0", "12.5", "15.0", "20.0"};
+    for (const std::string& step : easyFieldChoices(EasyField::Step, model)) {
+        const double kHz = Val(step);
+        if (kHz > 20.0) list.push_back(step);
+    }
+    return list;
+}
+
 std::string easyFieldCode(EasyField field, std::string_view text, const ModelSwitches& model)
 {
     std::optional<std::string> code;

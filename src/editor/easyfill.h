@@ -25,6 +25,9 @@ int easyFieldColumn(EasyField field, const ModelSwitches& model);
 // The texts of a field's list for the model: those of the grid column, the
 // steps in ascending order. Frequency and Tag have no fixed list.
 std::vector<std::string> easyFieldChoices(EasyField field, const ModelSwitches& model);
+// The increments offered for "Step:" (kHz): "6.25", "10.0", "12.5", "15.0",
+// "20.0", then the model's further channel steps in ascending order.
+std::vector<std::string> easyStepChoices(const ModelSwitches& model);
 // The store code of a text of a field's list. The tag is its own code; a text
 // that no code stands for is kept as it stands.
 std::string easyFieldCode(EasyField field, std::string_view text, const ModelSwitches& model);

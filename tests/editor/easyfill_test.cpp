@@ -117,6 +117,9 @@ TEST(EasyFillFields, ChosenTextsGoIntoTheModelsColumnsAsStoreCodes)
     EXPECT_EQ(easyFieldChoices(EasyField::Step, ModelSwitches::of(Model::BC296D)),
               (std::vector<std::string>{"5.0", "6.25", "7.5", "10.0", "12.5", "20.0", "25.0", "50.0", "100.0", "Auto"}));
     EXPECT_EQ(easyFieldChoices(EasyField::Step, ModelSwitches::of(Model::BC785D)).size(), 8u);
+    // The increments of "Step:" go on with the model's larger steps, without "Auto".
+    EXPECT_EQ(easyStepChoices(ModelSwitches::of(Model::BC296D)),
+              (std::vector<std::string>{"6.25", "10.0", "12.5", "15.0", "20.0", "25.0", "50.0", "100.0"}));
     EXPECT_EQ(easyFieldChoices(EasyField::Delay, ModelSwitches::of(Model::BC250D)),
               (std::vector<std::string>{"None", "2"}));
 }
