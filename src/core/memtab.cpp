@@ -1,6 +1,7 @@
 #include "core/memtab.h"
 #include "app/appports.h"
 #include "core/arcomm8.h"
+#include "core/backrest.h"
 #include "core/comsetup.h"
 #include "core/defdata.h"
 #include "core/easy2.h"
@@ -303,7 +304,7 @@ void Memtab::buildMenus()
     file->addSeparator();
     addEntry(file, "imp_csv", "&Advanced Data Import");
     addEntry(file, "catch", "Web Frequency &Catcher");
-    addEntry(file, "backrest", "&Backup and Restore");
+    addEntry(file, "backrest", "&Backup and Restore", true);
     file->addSeparator();
     addEntry(file, "exit_tab", "E&xit", true);
 
@@ -474,6 +475,7 @@ void Memtab::buildMenus()
     connectEntry("tabsaveas", &Memtab::menuSaveAs);
     connectEntry("exit_tab", &Memtab::menuExit);
     connectEntry("emptystatus", &Memtab::showBankEmptyStatus);
+    connectEntry("backrest", &Memtab::menuBackupRestore);
     connectEntry("hpabout", &Memtab::showAbout);
     connectEntry("restable", &Memtab::menuResetTableWidth);
     connectEntry("setdef", &Memtab::menuSetupDefaultData);
@@ -1293,6 +1295,15 @@ void Memtab::menuNew()
     commitEdit();
     table_.fileNew();
     afterFileCommand();
+}
+
+void Memtab::menuBackupRestore()
+{
+    if (!backup_) return;
+    commitEdit();
+    Backrest dialog(table_, *backup_, this);
+    dialog.exec();
+    if (dialog.restored()) afterFileCommand();
 }
 
 void Memtab::menuOpen()

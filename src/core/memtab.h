@@ -153,6 +153,7 @@ private:
     void onTabChanged(int index);
     void menuNew();
     void menuOpen();
+    void menuBackupRestore();
     void menuOpenSpecial();
     void menuOpenLorven();
     void menuSave();

@@ -342,6 +342,13 @@ void MemTable::fileOpen()
     loadmem(*name);
 }
 
+bool MemTable::openMemFile(const std::string& path)
+{
+    view_->commitEdit();
+    if (!askClearTable()) return false;
+    return loadmem(path);
+}
+
 void MemTable::fileOpenLorven()
 {
     view_->commitEdit();

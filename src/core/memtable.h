@@ -103,6 +103,10 @@ public:
     bool fileSaveAs();
     // "This will clear your table." ... Yes saves first. False means Cancel.
     bool askClearTable();
+    // Opens a MEM file named by the program rather than by the file chooser
+    // (a backup to restore): the open edit closed, "Save data?" asked, then
+    // loadmem. False when the user kept the table or the file was refused.
+    bool openMemFile(const std::string& path);
     void markDirty() { doc_.dirty = true; }
 
     // The routines of the MEM file with everything the window does around them.

@@ -3,6 +3,8 @@
 #include "core/memfile.h"
 #include "core/memtable.h"
 
+#include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -43,17 +45,52 @@ void Backup::tick()
 {
     if (table_.settings().backena == 0 || table_.vcrunning) return;
     ++counter_;
-    const std::string name = backupFileName(clock_());
     // One level, as a folder command makes it; when it cannot be made the
     // write below fails and that is all.
     std::error_code ignored;
     std::filesystem::create_directory(folder(), ignored);
     if (counter_ < table_.settings().backupdelay) return;
+    // No message on failure: a backup that cannot be written waits for the
+    // next round.
+    write();
+}
+
+std::string Backup::write()
+{
     counter_ = 0;
     table_.createbank();
-    // No message on failure: a backup that cannot be written waits for the
-    // next round. A written one counts as a save.
-    if (writeFileAtomic(folder() / name, memText(table_.doc(), table_.settings())).empty()) table_.doc().dirty = false;
+    const std::string error =
+        writeFileAtomic(folder() / backupFileName(clock_()), memText(table_.doc(), table_.settings()));
+    // A written backup counts as a save.
+    if (error.empty()) table_.doc().dirty = false;
+    return error;
+}
+
+std::string Backup::backupNow()
+{
+    std::error_code ignored;
+    std::filesystem::create_directories(folder(), ignored);
+    return write();
+}
+
+std::vector<std::filesystem::path> Backup::backups() const
+{
+    std::vector<std::pair<std::filesystem::file_time_type, std::filesystem::path>> found;
+    std::error_code error;
+    for (std::filesystem::directory_iterator it(folder(), error), end; !error && it != end; it.increment(error)) {
+        const std::filesystem::path& path = it->path();
+        std::string extension = path.extension().string();
+        for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        std::error_code ignored;
+        if (extension == ".mem" && it->is_regular_file(ignored)) found.emplace_back(it->last_write_time(ignored), path);
+    }
+    // Newest first; files of the same moment by name, which holds date and time.
+    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) {
+        return a.first != b.first ? a.first > b.first : a.second.filename() > b.second.filename();
+    });
+    std::vector<std::filesystem::path> paths;
+    for (auto& entry : found) paths.push_back(std::move(entry.second));
+    return paths;
 }
 
 std::array<RecentFile, 4> readRecentFiles(const ProfileStore& profile)

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace kestra {
 
@@ -51,7 +52,17 @@ public:
     // The folder the backups go to: backdir + "/backup".
     std::filesystem::path folder() const;
 
+    // "Backup Now" of the Backup and Restore window: the document written as
+    // a backup at once, whatever backena says. Returns "" when written, else
+    // what went wrong; the minute count starts again either way.
+    std::string backupNow();
+
+    // The MEM files of the folder, the newest first.
+    std::vector<std::filesystem::path> backups() const;
+
 private:
+    std::string write();
+
     MemTable& table_;
     Clock clock_;
     std::int16_t counter_ = 0;

@@ -468,7 +468,7 @@ const MenuEntry kMenuTree[] = {
 // The entries that work in this version; every other entry is there, disabled.
 const std::set<std::string> kWorkingEntries = {"menunew", "tabopen", "openspecial", "savenu", "tabsaveas",
                                                "open_780file", "exit_tab", "bk0", "mnu_toolb", "nu_hbar",
-                                               "emptystatus", "hpabout", "popedit", "restable", "setdef",
+                                               "emptystatus", "backrest", "hpabout", "popedit", "restable", "setdef",
                                                "soft_options", "checktab", "runband1", "runband2", "shortkey",
                                                "comset", "menread", "memsend", "tabundo", "tab_cut",
                                                "tab_copy", "tab_paste", "tab_delete", "cut_line", "copy_line",
