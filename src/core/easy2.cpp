@@ -226,6 +226,10 @@ void Easy2::apply()
             if (savedBanks_.insert(b).second) lineOps_.saveundo(b);
     }
     easyFill(table_.doc(), v);
+    // The grid shows the filled bank at once: whatever carries the grid into
+    // the store while the window stays open (the backup minute runs
+    // createbank) must find the filled channels there, not the old ones.
+    table_.fillgrid();
     showValues(v);
     applied_ = true;
 }

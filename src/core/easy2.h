@@ -2,8 +2,9 @@
 // The window easy2, "Easy Fill" and the model: fills a range of channels with
 // ascending frequencies from "Start:" by "Step:", and any of the other columns
 // with the value chosen in its list. "Apply" (Command5) fills the store and
-// leaves the window open; "Ok" applies and closes; "Cancel" closes. The main
-// window keeps the undo copy and repaints the grid when the window has closed.
+// leaves the window open; "Ok" applies and closes; "Cancel" closes. Apply
+// repaints the grid, so grid and store agree while the window is open; the
+// main window keeps the undo copy and repaints once more when it has closed.
 
 #include "editor/easyfill.h"
 

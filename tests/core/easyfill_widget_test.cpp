@@ -94,6 +94,8 @@ TEST_F(EasyFillWindowTest, AllChannelsReachTheDummyBankAndUndoBringsBanksBack)
     typeInto(1, col::freq, "155");
     typeInto(1, col::tag, "Fire");
     doc.dirty = false;
+    settings.backena = 1;
+    settings.backupdelay = 1;
     whileOpen<Easy2>("tabeasy", [&](Easy2* w) {
         type(w->text1(), "1100");
         type(w->text2(), "1");
@@ -105,6 +107,11 @@ TEST_F(EasyFillWindowTest, AllChannelsReachTheDummyBankAndUndoBringsBanksBack)
         EXPECT_EQ(w->text1()->text(), "1");
         EXPECT_EQ(w->text2()->text(), "1100");
         EXPECT_EQ(w->text3()->text(), "5");
+        // A backup minute while the window is open carries the grid into the
+        // store: the grid already shows what Apply filled, so nothing is lost.
+        EXPECT_EQ(cell(2, col::freq), "0100.0050");
+        scheduler.advance(Backup::kTickMs);
+        EXPECT_EQ(doc.memdata[0][2][col::freq], "0100.0050");
         click(w->cancelButton());
     });
     EXPECT_TRUE(doc.dirty);
