@@ -151,6 +151,7 @@ void BankTools::findDuplicates(Scope scope, bool withSubtone)
 void BankTools::removeDuplicates()
 {
     if (!table_.createbank()) return;
+    lineOps_.saveundo(table_.doc().currentBank);
     auto& rows = table_.doc().memdata[table_.doc().currentBank];
     bool changed = false;
     for (int r = 1; r <= kChannelRows; ++r) {
@@ -202,6 +203,7 @@ int BankTools::replaceTags(const std::string& what, const std::string& with, Sco
 {
     if (what.empty() || !table_.createbank()) return 0;
     int changed = 0;
+    std::array<bool, kDummyBank + 1> touched{};
     for (int b = firstBank(scope); b <= lastBank(scope); ++b) {
         for (int r = 1; r <= kChannelRows; ++r) {
             Line& line = table_.doc().memdata[b][r];
@@ -212,6 +214,9 @@ int BankTools::replaceTags(const std::string& what, const std::string& with, Sco
             std::string result = tag.substr(0, at) + with + tag.substr(at + what.size());
             if (result.size() > kTagLength) result.resize(kTagLength);
             if (result == tag) continue;
+            // The bank's undo copy is taken before its first tag changes.
+            if (!touched[b]) lineOps_.saveundo(b);
+            touched[b] = true;
             tag = std::move(result);
             ++changed;
         }

@@ -33,7 +33,7 @@ public:
     void findDuplicates(Scope scope, bool withSubtone);
 
     // Empties the frequency of the later channel of each pair with the same
-    // frequency text in the current bank.
+    // frequency text in the current bank. Undo brings the bank back.
     void removeDuplicates();
 
     // Looks for the text (any case) in the chosen column of the channels of
@@ -47,6 +47,7 @@ public:
 
     // In each channel of the scope whose tag holds `what` (any case), the
     // first occurrence becomes `with`; the tag is cut to 16 characters.
+    // Each bank changed keeps its undo copy from before.
     // Returns the number of tags changed.
     int replaceTags(const std::string& what, const std::string& with, Scope scope);
 

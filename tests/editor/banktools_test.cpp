@@ -155,6 +155,10 @@ TEST(Duplicates, RemoveEmptiesEveryLaterChannelOfTheSameFrequency)
     EXPECT_EQ(b.freq(5), "");
     EXPECT_EQ(Val(b.doc.memdata[0][5][col::freq]), 0);
     EXPECT_TRUE(b.doc.dirty);
+
+    b.lineOps.tabundo();
+    EXPECT_EQ(b.freq(2), "0155.1000");
+    EXPECT_EQ(b.freq(5), "0155.1000");
 }
 
 TEST(Replace, FirstHitInAnyCaseCutTo16InTheScope)
@@ -175,6 +179,11 @@ TEST(Replace, FirstHitInAnyCaseCutTo16InTheScope)
     EXPECT_EQ(b.tools.replaceTags("north", "N", BankTools::Scope::AllBanks), 1);
     EXPECT_EQ(b.doc.memdata[3][1][col::tag], "FIRE N");
     EXPECT_EQ(b.tag(2), "Police");
+
+    // Undo on the other bank's tab brings its tag back.
+    b.table.changeBank(3);
+    b.lineOps.tabundo();
+    EXPECT_EQ(b.doc.memdata[3][1][col::tag], "FIRE North");
 }
 
 TEST(FindData, GoesOnBehindTheLastHitAcrossBanksAndStartsOver)
