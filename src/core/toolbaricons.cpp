@@ -5,9 +5,11 @@
 #include <QIcon>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPolygonF>
 #include <QPixmap>
 
 #include <cmath>
+#include <initializer_list>
 #include <numbers>
 
 namespace kestra {
@@ -29,16 +31,20 @@ void penOf(QPainter& p, const QColor& color, double width = 1.6)
     p.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
 }
 
-void drawPage(QPainter& p, QRectF r, const QColor& fill = Qt::white)
+// A closed outline through the points, in order.
+QPainterPath outline(std::initializer_list<QPointF> points)
 {
     QPainterPath path;
-    const double fold = r.width() * 0.3;
-    path.moveTo(r.left(), r.top());
-    path.lineTo(r.right() - fold, r.top());
-    path.lineTo(r.right(), r.top() + fold);
-    path.lineTo(r.right(), r.bottom());
-    path.lineTo(r.left(), r.bottom());
+    path.addPolygon(QPolygonF(QList<QPointF>(points)));
     path.closeSubpath();
+    return path;
+}
+
+void drawPage(QPainter& p, QRectF r, const QColor& fill = Qt::white)
+{
+    const double fold = r.width() * 0.3;
+    const QPainterPath path = outline({{r.left(), r.top()}, {r.right() - fold, r.top()}, {r.right(), r.top() + fold},
+                                       {r.right(), r.bottom()}, {r.left(), r.bottom()}});
     p.setBrush(fill);
     penOf(p, kInk, 1.3);
     p.drawPath(path);
@@ -168,36 +174,18 @@ void drawBadge(QPainter& p, Badge badge)
 
 void drawFolder(QPainter& p)
 {
-    QPainterPath back;
-    back.moveTo(3, 8);
-    back.lineTo(11, 8);
-    back.lineTo(14, 11);
-    back.lineTo(27, 11);
-    back.lineTo(27, 26);
-    back.lineTo(3, 26);
-    back.closeSubpath();
+    const QPainterPath back = outline({{3, 8}, {11, 8}, {14, 11}, {27, 11}, {27, 26}, {3, 26}});
     p.setBrush(QColor(215, 165, 50));
     penOf(p, QColor(140, 100, 20), 1.3);
     p.drawPath(back);
-    QPainterPath front;
-    front.moveTo(3, 26);
-    front.lineTo(7, 15);
-    front.lineTo(31, 15);
-    front.lineTo(27, 26);
-    front.closeSubpath();
+    const QPainterPath front = outline({{3, 26}, {7, 15}, {31, 15}, {27, 26}});
     p.setBrush(QColor(245, 205, 90));
     p.drawPath(front);
 }
 
 void drawDisk(QPainter& p)
 {
-    QPainterPath body;
-    body.moveTo(4, 4);
-    body.lineTo(24, 4);
-    body.lineTo(28, 8);
-    body.lineTo(28, 28);
-    body.lineTo(4, 28);
-    body.closeSubpath();
+    const QPainterPath body = outline({{4, 4}, {24, 4}, {28, 8}, {28, 28}, {4, 28}});
     p.setBrush(QColor(50, 90, 170));
     penOf(p, QColor(25, 45, 100), 1.3);
     p.drawPath(body);
@@ -305,13 +293,7 @@ void drawCheck(QPainter& p)
 
 void drawTag(QPainter& p)
 {
-    QPainterPath path;
-    path.moveTo(3, 10);
-    path.lineTo(20, 10);
-    path.lineTo(29, 17);
-    path.lineTo(20, 24);
-    path.lineTo(3, 24);
-    path.closeSubpath();
+    const QPainterPath path = outline({{3, 10}, {20, 10}, {29, 17}, {20, 24}, {3, 24}});
     p.setBrush(QColor(245, 215, 110));
     penOf(p, QColor(150, 110, 20), 1.3);
     p.drawPath(path);
