@@ -53,8 +53,7 @@ const char* modelName(Model model)
 
 std::optional<Model> modelFromName(std::string_view name)
 {
-    std::string upper(name);
-    for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    const std::string upper = asciiUpper(name);
     for (Model m : {Model::BC250D, Model::BC785D, Model::BC296D, Model::BC796D, Model::UBC3300})
         if (upper == modelName(m)) return m;
     return std::nullopt;

@@ -3,17 +3,10 @@
 #include "memfile.h"
 #include "text.h"
 
-#include <cctype>
 
 namespace kestra {
 
 namespace {
-std::string lower(std::string_view text)
-{
-    std::string out(text);
-    for (char& c : out) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return out;
-}
 std::string trimBlanks(std::string_view text)
 {
     std::size_t a = 0, b = text.size();
@@ -37,7 +30,7 @@ IniFile IniFile::parse(std::string_view text)
         if (line.empty() || line[0] == ';') continue;
         if (line[0] == '[') {
             const auto close = line.find(']');
-            section = &ini.sections_[lower(trimBlanks(line.substr(1, close == std::string::npos ? std::string::npos : close - 1)))];
+            section = &ini.sections_[asciiLower(trimBlanks(line.substr(1, close == std::string::npos ? std::string::npos : close - 1)))];
             continue;
         }
         const auto eq = line.find('=');
@@ -46,7 +39,7 @@ IniFile IniFile::parse(std::string_view text)
         if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
             value = value.substr(1, value.size() - 2);
         if (value.size() > kMaxValue) value.resize(kMaxValue);
-        section->emplace(lower(trimBlanks(std::string_view(line).substr(0, eq))), std::move(value));
+        section->emplace(asciiLower(trimBlanks(std::string_view(line).substr(0, eq))), std::move(value));
     }
     return ini;
 }
@@ -60,9 +53,9 @@ IniFile IniFile::load(const std::filesystem::path& path)
 
 std::optional<std::string> IniFile::get(std::string_view section, std::string_view key) const
 {
-    const auto s = sections_.find(lower(section));
+    const auto s = sections_.find(asciiLower(section));
     if (s == sections_.end()) return std::nullopt;
-    const auto k = s->second.find(lower(key));
+    const auto k = s->second.find(asciiLower(key));
     if (k == s->second.end()) return std::nullopt;
     return k->second;
 }

@@ -99,6 +99,22 @@ std::string rtrim(std::string_view text)
 
 std::string trim(std::string_view text) { return ltrim(rtrim(text)); }
 
+std::string asciiLower(std::string_view text)
+{
+    std::string out(text);
+    for (char& c : out)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return out;
+}
+
+std::string asciiUpper(std::string_view text)
+{
+    std::string out(text);
+    for (char& c : out)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    return out;
+}
+
 std::string numText(long long value) { return std::to_string(value); }
 
 std::string centerText(std::string_view text, std::size_t width)

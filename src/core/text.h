@@ -34,6 +34,9 @@ std::string Mid(std::string_view text, std::size_t start, std::size_t length = s
 std::string ltrim(std::string_view text);   // cuts leading blanks
 std::string rtrim(std::string_view text);   // cuts trailing blanks
 std::string trim(std::string_view text);
+// The text with its ASCII letters made lower or upper case; other bytes stay.
+std::string asciiLower(std::string_view text);
+std::string asciiUpper(std::string_view text);
 // A tag centred in `width` characters: cut to the width and trimmed, then, if
 // anything is left, (width - length) / 2 leading blanks, the half rounded to
 // even.

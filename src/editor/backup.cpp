@@ -2,9 +2,9 @@
 
 #include "core/memfile.h"
 #include "core/memtable.h"
+#include "core/text.h"
 
 #include <algorithm>
-#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -79,8 +79,7 @@ std::vector<std::filesystem::path> Backup::backups() const
     std::error_code error;
     for (std::filesystem::directory_iterator it(folder(), error), end; !error && it != end; it.increment(error)) {
         const std::filesystem::path& path = it->path();
-        std::string extension = path.extension().string();
-        for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        const std::string extension = asciiLower(path.extension().string());
         std::error_code ignored;
         if (extension == ".mem" && it->is_regular_file(ignored)) found.emplace_back(it->last_write_time(ignored), path);
     }
