@@ -7,26 +7,22 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
-
 using namespace kestra;
-using kestra::test::channelLine;
-using kestra::test::HandMadeMem;
-using kestra::test::readBytes;
-using kestra::test::TempDir;
-using kestra::test::writeBytes;
+using namespace kestra::test;
 
 namespace {
 
-using kestra::test::CtlRun;
-
-CtlRun kestractl(const TempDir& home, const std::string& args) { return kestra::test::runKestractl(home, args); }
+// kestractl convert of a file of the folder into another, with further arguments.
+CtlRun convert(const TempDir& dir, const std::string& in, const std::string& out, const std::string& more = "")
+{
+    return runKestractl(dir, "convert '" + dir.file(in) + "' '" + dir.file(out) + "'" + more);
+}
+std::string inFolder(const TempDir& dir) { return " --dir '" + dir.path().string() + "'"; }
 
 // A document made and saved through the main window's routines, on a model.
 std::string savedByTheProgram(const TempDir& dir, Model model, const std::string& name)
 {
-    test::TableRig t(model);
+    TableRig t(model);
     installTableCheck(t.table);
     const int cols = t.grid.cols();
     for (int bank : {0, 4, 9}) {
@@ -59,8 +55,7 @@ TEST(KestractlConvert, ReproducesAFileThisProgramSavedOnBothLayouts)
     for (Model model : {Model::BC250D, Model::BC796D}) {
         TempDir dir;
         const std::string in = savedByTheProgram(dir, model, "in.mem");
-        const CtlRun run = kestractl(dir, "convert '" + in + "' '" + dir.file("out.mem") + "' --model " + modelName(model) +
-                                           " --dir '" + dir.path().string() + "'");
+        const CtlRun run = convert(dir, "in.mem", "out.mem", std::string(" --model ") + modelName(model) + inFolder(dir));
         EXPECT_EQ(run.status, 0) << run.err;
         EXPECT_EQ(readBytes(dir.file("out.mem")), readBytes(in)) << modelName(model);
     }
@@ -71,10 +66,10 @@ TEST(KestractlConvert, TheModelDecidesTheDelaysOfBankOne)
     TempDir dir;
     const std::string in = savedByTheProgram(dir, Model::BC796D, "in.mem");
     // Without --model the per-user store decides; an empty store means the UBC3300 (BC250D layout).
-    const CtlRun run = kestractl(dir, "convert '" + in + "' '" + dir.file("out") + "' --dir '" + dir.path().string() + "'");
+    const CtlRun run = convert(dir, "in.mem", "out", inFolder(dir));
     ASSERT_EQ(run.status, 0) << run.err;
-    const auto before = kestra::test::crlfLines(readBytes(in));
-    const auto after = kestra::test::crlfLines(readBytes(dir.file("out.mem")));  // Save As adds ".mem"
+    const auto before = crlfLines(readBytes(in));
+    const auto after = crlfLines(readBytes(dir.file("out.mem")));  // Save As adds ".mem"
     ASSERT_EQ(after.size(), 2107u);
     // Channel 4 has the delay "Inf." (code 4): the BC250D knows only "None" and
     // "2", in the grid of bank 1 and in the table check of every bank.
@@ -87,8 +82,7 @@ TEST(KestractlConvert, RefusedFilesGiveTheMessageAndStatusOne)
 {
     TempDir dir;
     writeBytes(dir.file("bad.mem"), "hello\r\n");
-    CtlRun run = kestractl(dir, "convert '" + dir.file("bad.mem") + "' '" + dir.file("out.mem") + "' --dir '" +
-                                 dir.path().string() + "'");
+    CtlRun run = convert(dir, "bad.mem", "out.mem", inFolder(dir));
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err, "File is not compatible with this version.\n");
     EXPECT_FALSE(std::filesystem::exists(dir.file("out.mem")));
@@ -96,17 +90,16 @@ TEST(KestractlConvert, RefusedFilesGiveTheMessageAndStatusOne)
     HandMadeMem lorven;
     lorven.header = "LORVEN 780 MEM";
     writeBytes(dir.file("l.mem"), lorven.text());
-    run = kestractl(dir, "convert '" + dir.file("l.mem") + "' '" + dir.file("out.mem") + "'");
+    run = convert(dir, "l.mem", "out.mem");
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err, "File is not compatible.\n");
 
-    run = kestractl(dir, "convert '" + dir.file("missing.mem") + "' '" + dir.file("out.mem") + "'");
+    run = convert(dir, "missing.mem", "out.mem");
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err, "Not a valid file! Line: 0 / 0 / 0 Error: 53\n");
 
-    run = kestractl(dir, "convert only-one");
-    EXPECT_EQ(run.status, 2);
-    run = kestractl(dir, "convert a b --model BC999");
+    EXPECT_EQ(runKestractl(dir, "convert only-one").status, 2);
+    run = runKestractl(dir, "convert a b --model BC999");
     EXPECT_EQ(run.status, 2);
     EXPECT_NE(run.err.find("unknown model"), std::string::npos);
 }
@@ -122,12 +115,11 @@ TEST(KestractlConvert, OpensLorvenAndSpecialFilesByTheirKind)
 TEST(KestractlConvert, TheSettingsOfTheFolderApply)
 {
     TempDir dir;
-    const std::string in = savedByTheProgram(dir, Model::BC250D, "in.mem");
+    savedByTheProgram(dir, Model::BC250D, "in.mem");
     writeBytes(dir.file("setup.ini"), "[setup]\r\nsavenames=0\r\nzero=1\r\n");
-    const CtlRun run = kestractl(dir, "convert '" + in + "' '" + dir.file("out.mem") + "' --model BC250D --dir '" +
-                                          dir.path().string() + "'");
+    const CtlRun run = convert(dir, "in.mem", "out.mem", " --model BC250D" + inFolder(dir));
     ASSERT_EQ(run.status, 0) << run.err;
-    const auto lines = kestra::test::crlfLines(readBytes(dir.file("out.mem")));
+    const auto lines = crlfLines(readBytes(dir.file("out.mem")));
     for (int i = 0; i < 12; ++i) EXPECT_EQ(lines[1002 + i], "#$BT" + std::to_string(i) + " None");
     // Hidden leading zeros are a matter of the grid: the check before the save
     // writes every frequency whole.

@@ -1,42 +1,28 @@
 #include "core/memtable.h"
 #include "core/text.h"
-#include "platform/fake/memoryprofilestore.h"
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
 #include "support/tablerig.h"
-#include "support/testfiles.h"
 
 #include <gtest/gtest.h>
 
 using namespace kestra;
-using kestra::test::channelLine;
-using kestra::test::crlfLines;
-using kestra::test::HandMadeMem;
-using kestra::test::readBytes;
-using kestra::test::TempDir;
-using kestra::test::writeBytes;
+using namespace kestra::test;
+using Texts = std::vector<std::string>;
 
 namespace {
 
 // The main window's routines with a grid and no window, on a fresh folder.
-struct Table : test::TableRig {
+struct Table : TableRig {
     using TableRig::TableRig;
 
-    // Types a text into a grid cell as the user would, by header.
-    void type(int row, const std::string& header, const std::string& text)
+    // Types a text into a grid cell as the user would.
+    void type(int row, int storeColumn, const std::string& text)
     {
-        for (int c = 1; c < grid.cols(); ++c)
-            if (grid.text(0, c) == header) {
-                grid.setText(row, c, text);
-                doc.dirty = true;
-                return;
-            }
-        FAIL() << "no column " << header;
+        put(row, storeColumn, text);
+        doc.dirty = true;
     }
     std::string& store(int row, int column) { return doc.memdata[doc.currentBank][row][column]; }
+    std::string file(const std::string& name) const { return dir.file(name); }
 };
-
-std::string file(const Table& t, const std::string& name) { return t.dir.file(name); }
 
 } // namespace
 
@@ -45,20 +31,14 @@ std::string file(const Table& t, const std::string& name) { return t.dir.file(na
 TEST(Createbank, NormalisesFrequenciesAndCapsThemAt1300)
 {
     Table t;
-    t.type(1, "Freq. (MHz)", "1300.0000");
-    t.type(2, "Freq. (MHz)", "1300.9");
-    t.type(3, "Freq. (MHz)", "1301");
-    t.type(4, "Freq. (MHz)", "155.1");
-    t.type(5, "Freq. (MHz)", "");
+    const char* typed[] = {"1300.0000", "1300.9", "1301", "155.1", ""};
+    for (int r = 1; r <= 5; ++r) t.type(r, col::freq, typed[r - 1]);
     ASSERT_TRUE(t.table.createbank());
-    EXPECT_EQ(t.store(1, col::freq), "1300.0000");
-    EXPECT_EQ(t.store(2, col::freq), "1300.9000");
-    EXPECT_EQ(t.store(3, col::freq), "1300");
-    EXPECT_EQ(t.store(4, col::freq), "0155.1000");
+    EXPECT_EQ(t.stored(col::freq, 1, 4), (Texts{"1300.0000", "1300.9000", "1300", "0155.1000"}));
     EXPECT_EQ(Val(t.store(5, col::freq)), 0);
     t.settings.zero = 1;
     t.table.fillgrid();
-    EXPECT_EQ(t.shown(4, "Freq. (MHz)"), "155.1000");
+    EXPECT_EQ(t.cell(4, col::freq), "155.1000");
     t.table.createbank();
     EXPECT_EQ(t.store(4, col::freq), "155.1000");
 }
@@ -66,22 +46,17 @@ TEST(Createbank, NormalisesFrequenciesAndCapsThemAt1300)
 TEST(Createbank, TurnsGridTextsIntoCodesOnlyForChannelsWithAFrequency)
 {
     Table t(Model::BC796D);
-    t.type(1, "Freq. (MHz)", "146.52");
-    t.type(1, "Trunk", "On");
-    t.type(1, "Record", "On");
-    t.type(1, "Delay Time", "-5");
-    t.type(1, "Beep Alert", "Off");
-    t.type(1, "PL/DPL", "023-");
-    t.type(1, "Lock Out", "On");
-    t.type(1, "Attenuator", "Off");
-    t.type(1, "Mode", "NFM");
-    t.type(1, "Step", "6.25");
-    t.type(2, "Trunk", "On");  // no frequency: the grid text stays as it is
-    t.type(2, "Mode", "AM");
-    t.type(3, "Freq. (MHz)", "155");
-    t.type(3, "Mode", "weird");  // unknown texts are kept
+    const std::pair<int, const char*> typed[] = {{col::freq, "146.52"}, {col::trunk, "On"},   {col::record, "On"},
+                                                 {col::delay, "-5"},    {col::beep, "Off"},   {col::tone, "023-"},
+                                                 {col::lockout, "On"},  {col::atten, "Off"},  {col::mode, "NFM"},
+                                                 {col::step, "6.25"}};
+    for (const auto& [column, text] : typed) t.type(1, column, text);
+    t.type(2, col::trunk, "On");  // no frequency: the grid text stays as it is
+    t.type(2, col::mode, "AM");
+    t.type(3, col::freq, "155");
+    t.type(3, col::mode, "weird");  // unknown texts are kept
     ASSERT_TRUE(t.table.createbank());
-    const std::vector<std::string> codes{"0146.5200", "", "1", "1", "6", "", "0", "188", "1", "0", "3", "8"};
+    const Texts codes{"0146.5200", "", "1", "1", "6", "", "0", "188", "1", "0", "3", "8"};
     for (int c = 1; c <= 12; ++c) {
         if (c != col::tag && c != col::recordHidden) {
             EXPECT_EQ(t.store(1, c), codes[c - 1]) << c;
@@ -93,27 +68,20 @@ TEST(Createbank, TurnsGridTextsIntoCodesOnlyForChannelsWithAFrequency)
     EXPECT_EQ(t.store(3, col::tone), "0");  // an empty PL/DPL cell is None
     EXPECT_EQ(t.store(3, col::trunk), "0");
     t.table.fillgrid();
-    EXPECT_EQ(t.shown(3, "Mode"), "");  // shown blank
-    EXPECT_EQ(t.shown(1, "Delay Time"), "-5");
-    EXPECT_EQ(t.shown(1, "PL/DPL"), "023-");
-    EXPECT_EQ(t.shown(2, "Trunk"), "");  // an empty channel shows nothing at all
+    EXPECT_EQ(t.cell(3, col::mode), "");  // shown blank
+    EXPECT_EQ(t.cell(1, col::delay), "-5");
+    EXPECT_EQ(t.cell(1, col::tone), "023-");
+    EXPECT_EQ(t.cell(2, col::trunk), "");  // an empty channel shows nothing at all
 }
 
-TEST(Createbank, The6point25StepNeedsAnX96Model)
+TEST(Createbank, The6point25StepNeedsAnX96ModelAndCommentsAreCutToForty)
 {
     Table t(Model::BC785D);
-    t.type(1, "Freq. (MHz)", "155.0062");
-    t.type(1, "Step", "6.25");
-    t.table.createbank();
-    EXPECT_EQ(t.store(1, col::step), "0");
-}
-
-TEST(Createbank, CutsCommentsToFortyCharacters)
-{
-    Table t;
-    t.type(1, "Freq. (MHz)", "155");
+    t.type(1, col::freq, "155.0062");
+    t.type(1, col::step, "6.25");
     t.store(1, col::comment) = std::string(45, 'c');
     t.table.createbank();
+    EXPECT_EQ(t.store(1, col::step), "0");
     EXPECT_EQ(t.store(1, col::comment), std::string(40, 'c'));
 }
 
@@ -123,7 +91,7 @@ TEST(Createbank, RefusesABankOutOfRange)
     t.doc.currentBank = 11;
     t.store(1, col::freq) = "untouched";
     EXPECT_FALSE(t.table.createbank());
-    EXPECT_EQ(t.messages(), std::vector<std::string>{"Create error, click tabs and try again."});
+    EXPECT_EQ(t.messages(), Texts{"Create error, click tabs and try again."});
     EXPECT_EQ(t.dialogs.beeps, 1);
     EXPECT_EQ(t.store(1, col::freq), "untouched");
     t.table.convertcell(col::freq, 1, 1);
@@ -137,25 +105,22 @@ TEST(Convertcell, RepairsTheOlderToneFormAndWritesItBack)
     t.store(1, col::freq) = "0146.5200";
     t.store(1, col::tone) = "12L";
     t.table.fillgrid();
-    EXPECT_EQ(t.shown(1, "PL/DPL"), "100.0-");
+    EXPECT_EQ(t.cell(1, col::tone), "100.0-");
     EXPECT_EQ(t.store(1, col::tone), "161");
 }
 
 TEST(Convertcell, AnEmptyChannelIsBlankWhateverItsFrequencyText)
 {
     Table t;
+    const char* freqs[] = {"Empty", "0000.0000", ""};
     for (int r = 1; r <= 3; ++r) {
+        t.store(r, col::freq) = freqs[r - 1];
         t.store(r, col::trunk) = "1";
         t.store(r, col::tag) = "ghost";
     }
-    t.store(1, col::freq) = "Empty";
-    t.store(2, col::freq) = "0000.0000";
-    t.store(3, col::freq) = "";
     t.table.fillgrid();
-    for (int r = 1; r <= 3; ++r) {
-        EXPECT_EQ(t.shown(r, "Tag"), "");
-        EXPECT_EQ(t.shown(r, "Trunk"), "");
-    }
+    EXPECT_EQ(t.cells(col::tag, 1, 3), Texts(3, ""));
+    EXPECT_EQ(t.cells(col::trunk, 1, 3), Texts(3, ""));
     // The text "Empty" survives only until the grid is read back.
     t.table.createbank();
     EXPECT_NE(t.store(1, col::freq), "Empty");
@@ -168,11 +133,11 @@ TEST(ModelChange, TheShortDelayListCollapsesTheCodesOnlyWhenTheGridIsReadBack)
     t.store(1, col::freq) = "0146.5200";
     t.store(1, col::delay) = "5";
     t.table.fillgrid();
-    EXPECT_EQ(t.shown(1, "Delay Time"), "-2");
+    EXPECT_EQ(t.cell(1, col::delay), "-2");
     t.table.setModel(ModelSwitches::of(Model::BC250D));
     EXPECT_EQ(t.grid.cols(), 11);
     EXPECT_EQ(t.grid.text(0, 5), "Beep Alert");
-    EXPECT_EQ(t.shown(1, "Delay Time"), "2");
+    EXPECT_EQ(t.cell(1, col::delay), "2");
     EXPECT_EQ(t.store(1, col::delay), "5");
     t.table.changeBank(1);
     t.table.changeBank(0);
@@ -182,29 +147,20 @@ TEST(ModelChange, TheShortDelayListCollapsesTheCodesOnlyWhenTheGridIsReadBack)
 
 // ---- tabs ----
 
-TEST(Tabs, ChangingBankKeepsEditsAndNumbersTheChannels)
+TEST(Tabs, ABankOutOfRangeIsTheDummyBankAndEveryChangeStartsAtTheFirstCell)
 {
     Table t;
-    t.type(7, "Freq. (MHz)", "462.5625");
-    t.type(7, "Tag", "FRS 1");
+    t.type(7, col::tag, "FRS 1");
     t.table.changeBank(3);
-    EXPECT_EQ(t.doc.currentBank, 3);
-    EXPECT_EQ(t.grid.text(1, 0), "301");
     EXPECT_EQ(t.grid.text(100, 0), "400");
-    EXPECT_EQ(t.shown(7, "Tag"), "");
     EXPECT_EQ(t.doc.memdata[0][7][col::tag], "FRS 1");
     EXPECT_TRUE(t.grid.shown());
     EXPECT_EQ(t.grid.selection(), (GridSelection{1, 1, 1, 1}));
     t.table.changeBank(42);
     EXPECT_EQ(t.doc.currentBank, kDummyBank);
-    EXPECT_EQ(t.grid.text(1, 0), "1001");
     EXPECT_EQ(t.table.frameLabel(), "Dummy");
-    t.table.changeBank(0);
-    EXPECT_EQ(t.shown(7, "Freq. (MHz)"), "0462.5625");
-    EXPECT_EQ(t.shown(7, "Tag"), "FRS 1");
     EXPECT_EQ(t.table.tabCaption(0), "1: Bank: 1");
     EXPECT_EQ(t.table.tabCaption(9), "10: Bank: 10");
-    EXPECT_EQ(t.table.tabCaption(10), "Dummy");
 }
 
 TEST(EasyTags, FollowTheOptionAndStopGrowingAtTheirLimits)
@@ -212,8 +168,8 @@ TEST(EasyTags, FollowTheOptionAndStopGrowingAtTheirLimits)
     Table t;
     t.settings.option9 = 1;
     for (int r = 1; r <= 100; ++r) {
-        t.type(r, "Freq. (MHz)", "150");
-        t.type(r, "Tag", r % 2 ? " Tag " + std::to_string(r) : std::string(" "));
+        t.type(r, col::freq, "150");
+        t.type(r, col::tag, r % 2 ? " Tag " + std::to_string(r) : std::string(" "));
     }
     t.table.createbank();
     EXPECT_EQ(t.doc.banktaglist[0].size(), 50u);
@@ -236,8 +192,7 @@ TEST(BankEmptyStatus, ListsTheBanksWithoutChannels)
     ASSERT_EQ(lines.size(), 11u);
     EXPECT_EQ(lines[0], "Bank Empty Status:");
     EXPECT_EQ(lines[1].find_first_not_of('-'), std::string::npos);
-    EXPECT_EQ(lines[2], "Bank 1: Empty");
-    EXPECT_EQ(lines[4], "Bank 4: Empty");
+    EXPECT_EQ(Texts(lines.begin() + 2, lines.begin() + 5), (Texts{"Bank 1: Empty", "Bank 2: Empty", "Bank 4: Empty"}));
     EXPECT_EQ(lines[10], "Bank 10: Empty");
 }
 
@@ -249,69 +204,65 @@ TEST(FileMenu, OpenAsksAboutADirtyDocumentAndTakesOnlyMemNames)
     HandMadeMem mem;
     mem.channels = {{105, channelLine(105, {"0851.1625", "Fire", "1", "0", "0", "0", "0", "0", "0", "0", "0", "0"})}};
     mem.bankTags[1] = "Fire dept";
-    writeBytes(file(t, "a.mem"), mem.text());
-    writeBytes(file(t, "a.txt"), mem.text());
-    t.type(1, "Freq. (MHz)", "155");
+    writeBytes(t.file("a.mem"), mem.text());
+    writeBytes(t.file("a.txt"), mem.text());
+    t.type(1, col::freq, "155");
 
     t.dialogs.answers = {Answer::Cancel};
     t.table.fileOpen();
     EXPECT_TRUE(t.dialogs.asked.empty());
-    ASSERT_EQ(t.dialogs.shown.size(), 1u);
-    EXPECT_EQ(t.dialogs.shown[0].text, "This will clear your table.\r\nIf not saved, data is lost!\r\nSave data?");
+    ASSERT_EQ(t.messages(), Texts{"This will clear your table.\r\nIf not saved, data is lost!\r\nSave data?"});
     EXPECT_EQ(t.dialogs.shown[0].title, "Warning");
     EXPECT_EQ(t.dialogs.shown[0].buttons, Buttons::YesNoCancel);
 
     t.dialogs.answers = {Answer::No};
-    t.dialogs.files = {file(t, "a.txt")};
+    t.dialogs.files = {t.file("a.txt")};
     t.table.fileOpen();
     EXPECT_EQ(t.doc.fnaam, "Untitled");  // dropped without a word
     EXPECT_EQ(t.dialogs.shown.size(), 2u);
     EXPECT_EQ(t.dialogs.asked.back().choice.filter, "KESTRA Data Files|*.mem|All Files|*.*");
 
     t.dialogs.answers = {Answer::No};
-    t.dialogs.files = {file(t, "a.mem")};
+    t.dialogs.files = {t.file("a.mem")};
     t.table.fileOpen();
-    EXPECT_EQ(t.doc.fnaam, file(t, "a.mem"));
-    EXPECT_EQ(t.table.caption(), "Kestra Console for Uniden BC250D - [ " + file(t, "a.mem") + " ]");
+    EXPECT_EQ(t.doc.fnaam, t.file("a.mem"));
+    EXPECT_EQ(t.table.caption(), "Kestra Console for Uniden BC250D - [ " + t.file("a.mem") + " ]");
     EXPECT_TRUE(t.doc.dirty);  // a load does not clear the flag
     EXPECT_EQ(t.table.tabCaption(1), "2: Fire dept");
     t.table.changeBank(1);
-    EXPECT_EQ(t.shown(5, "Freq. (MHz)"), "0851.1625");
-    EXPECT_EQ(t.shown(5, "Trunk"), "On");
+    EXPECT_EQ(t.cell(5, col::freq), "0851.1625");
+    EXPECT_EQ(t.cell(5, col::trunk), "On");
     EXPECT_EQ(t.table.opendir, t.dir.path().string());
 }
 
-TEST(FileMenu, AnIncompatibleFileLeavesEverything)
+TEST(FileMenu, AnIncompatibleOrShortFileLeavesTheName)
 {
     Table t;
-    writeBytes(file(t, "bad.mem"), "Not a mem file\r\n1,2,3\r\n");
-    t.type(1, "Freq. (MHz)", "155");
+    writeBytes(t.file("bad.mem"), "Not a mem file\r\n1,2,3\r\n");
+    t.type(1, col::freq, "155");
     t.table.createbank();
-    ASSERT_FALSE(t.table.loadmem(file(t, "bad.mem")));
-    EXPECT_EQ(t.messages(), std::vector<std::string>{"File is not compatible with this version."});
+    ASSERT_FALSE(t.table.loadmem(t.file("bad.mem")));
+    EXPECT_EQ(t.messages(), Texts{"File is not compatible with this version."});
     EXPECT_EQ(t.store(1, col::freq), "0155.0000");
     EXPECT_EQ(t.doc.fnaam, "Untitled");
     EXPECT_TRUE(t.doc.dirty);
-}
 
-TEST(FileMenu, AShortFileIsNamedUntitledAndShowsWhatWasRead)
-{
-    Table t;
+    // A short file shows what was read.
     HandMadeMem mem;
     mem.channels = {{3, channelLine(3, {"0155.5000", "Kept"})}};
     auto lines = crlfLines(mem.text());
     lines.resize(400);
-    writeBytes(file(t, "short.mem"), kestra::test::joinCrlf(lines));
-    EXPECT_FALSE(t.table.loadmem(file(t, "short.mem")));
-    EXPECT_EQ(t.messages(), std::vector<std::string>{"Not a valid file! Line: 3 / 100 / 0 Error: 62"});
+    writeBytes(t.file("short.mem"), joinCrlf(lines));
+    EXPECT_FALSE(t.table.loadmem(t.file("short.mem")));
+    EXPECT_EQ(t.dialogs.shown.back().text, "Not a valid file! Line: 3 / 100 / 0 Error: 62");
     EXPECT_EQ(t.doc.fnaam, "Untitled");
-    EXPECT_EQ(t.shown(3, "Tag"), "Kept");
+    EXPECT_EQ(t.cell(3, col::tag), "Kept");
 }
 
-TEST(FileMenu, NewClearsAfterItsQuestionAndResetsTagsWhenAsked)
+TEST(FileMenu, NewClearsAfterItsQuestionSavesOnYesAndResetsTagsWhenAsked)
 {
     Table t;
-    t.type(1, "Freq. (MHz)", "155");
+    t.type(1, col::freq, "155");
     t.doc.banktags[0] = "Police";
     t.dialogs.answers = {Answer::No};
     t.table.fileNew();
@@ -319,19 +270,16 @@ TEST(FileMenu, NewClearsAfterItsQuestionAndResetsTagsWhenAsked)
     EXPECT_FALSE(t.doc.dirty);
     EXPECT_EQ(t.store(1, col::freq), "0");
     EXPECT_EQ(t.store(1, col::tag), " ");
-    EXPECT_EQ(t.shown(1, "Freq. (MHz)"), "");
+    EXPECT_EQ(t.cell(1, col::freq), "");
     EXPECT_EQ(t.doc.banktags[0], "Police");
     t.settings.cleartag = 1;
     t.table.fileNew();  // clean now: no question
     EXPECT_EQ(t.dialogs.shown.size(), 1u);
     EXPECT_EQ(t.doc.banktags[0], "Bank 1");
     EXPECT_EQ(t.doc.banktags[10], "Dummy");
-}
 
-TEST(FileMenu, YesSavesFirstAndASaveAsCancelStopsTheNew)
-{
-    Table t;
-    t.type(1, "Freq. (MHz)", "155");
+    // Yes saves first, and a Save As cancelled stops the New.
+    t.type(1, col::freq, "155");
     t.dialogs.answers = {Answer::Yes};
     t.dialogs.files = {std::nullopt};  // the user cancels Save As
     t.table.fileNew();
@@ -339,28 +287,28 @@ TEST(FileMenu, YesSavesFirstAndASaveAsCancelStopsTheNew)
     EXPECT_EQ(t.doc.fnaam, "Untitled");
 
     t.dialogs.answers = {Answer::Yes};
-    t.dialogs.files = {file(t, "first")};
+    t.dialogs.files = {t.file("first")};
     t.table.fileNew();
-    EXPECT_EQ(crlfLines(readBytes(file(t, "first.mem")))[1].substr(0, 13), "1,\"0155.0000\"");
+    EXPECT_EQ(crlfLines(readBytes(t.file("first.mem")))[1].substr(0, 13), "1,\"0155.0000\"");
     EXPECT_EQ(t.store(1, col::freq), "0");
 }
 
 TEST(FileMenu, SaveAsAddsTheExtensionAndSaveWritesToTheSameName)
 {
     Table t;
-    t.type(2, "Freq. (MHz)", "146.52");
-    t.dialogs.files = {file(t, "mine")};
+    t.type(2, col::freq, "146.52");
+    t.dialogs.files = {t.file("mine")};
     ASSERT_TRUE(t.table.fileSave());  // Untitled: Save becomes Save As
     EXPECT_EQ(t.dialogs.asked.back().choice.filter, "KESTRA data files|*.mem");
-    EXPECT_EQ(t.doc.fnaam, file(t, "mine.mem"));
+    EXPECT_EQ(t.doc.fnaam, t.file("mine.mem"));
     EXPECT_FALSE(t.doc.dirty);
-    t.type(3, "Freq. (MHz)", "146.55");
+    t.type(3, col::freq, "146.55");
     ASSERT_TRUE(t.table.fileSave());
     EXPECT_EQ(t.dialogs.asked.size(), 1u);
-    EXPECT_EQ(crlfLines(readBytes(file(t, "mine.mem")))[3].substr(0, 13), "3,\"0146.5500\"");
-    t.dialogs.files = {file(t, "UPPER.MEM")};
+    EXPECT_EQ(crlfLines(readBytes(t.file("mine.mem")))[3].substr(0, 13), "3,\"0146.5500\"");
+    t.dialogs.files = {t.file("UPPER.MEM")};
     ASSERT_TRUE(t.table.fileSaveAs());
-    EXPECT_TRUE(std::filesystem::exists(file(t, "UPPER.MEM")));
+    EXPECT_TRUE(std::filesystem::exists(t.file("UPPER.MEM")));
     int ranSaveCheck = 0;
     t.table.saveCheck = [&] { ++ranSaveCheck; };
     t.table.fileSave();
@@ -370,20 +318,19 @@ TEST(FileMenu, SaveAsAddsTheExtensionAndSaveWritesToTheSameName)
 TEST(FileMenu, AFailedSaveTellsTheUserAndKeepsTheOldFile)
 {
     Table t;
-    t.type(1, "Freq. (MHz)", "155");
-    t.dialogs.files = {file(t, "keep.mem")};
+    t.type(1, col::freq, "155");
+    t.dialogs.files = {t.file("keep.mem")};
     ASSERT_TRUE(t.table.fileSave());
-    const std::string before = readBytes(file(t, "keep.mem"));
+    const std::string before = readBytes(t.file("keep.mem"));
     // Block the temporary file the save writes first.
-    std::filesystem::create_directory(file(t, "keep.mem") + ".kestra-tmp-" + std::to_string(::getpid()));
-    t.type(1, "Freq. (MHz)", "156");
+    std::filesystem::create_directory(t.file("keep.mem") + ".kestra-tmp-" + std::to_string(::getpid()));
+    t.type(1, col::freq, "156");
     EXPECT_FALSE(t.table.fileSave());
-    EXPECT_EQ(readBytes(file(t, "keep.mem")), before);
+    EXPECT_EQ(readBytes(t.file("keep.mem")), before);
     EXPECT_TRUE(t.doc.dirty);
     ASSERT_FALSE(t.dialogs.shown.empty());
     EXPECT_NE(t.dialogs.shown.back().text.find("could not be written"), std::string::npos);
-    // A folder that does not exist.
-    EXPECT_FALSE(t.table.savemem(file(t, "no/such/folder/x.mem")));
+    EXPECT_FALSE(t.table.savemem(t.file("no/such/folder/x.mem")));
 }
 
 // ---- start and exit ----
@@ -407,112 +354,91 @@ TEST(Profile, FoldersAndModelComeFromThePerUserStore)
     EXPECT_EQ(t.profile.get("folders", "opendir", ""), "/home/me/memsx");
 }
 
-TEST(Exit, CancelKeepsTheDocumentButTheModelIsAlreadyStored)
+TEST(Exit, CancelKeepsTheDocumentAndSkippingTheFirstQuestionNeverSkipsTheSecond)
 {
     Table t(Model::BC785D);
-    t.type(1, "Freq. (MHz)", "155");
+    t.type(1, col::freq, "155");
     t.dialogs.answers = {Answer::Cancel};
     EXPECT_FALSE(t.table.exitRequested());
-    EXPECT_EQ(t.dialogs.shown[0].text, "Exit KESTRA?");
-    EXPECT_EQ(t.dialogs.shown[0].title, "Exit");
-    EXPECT_EQ(t.dialogs.shown[0].buttons, Buttons::OkCancel);
+    EXPECT_EQ(t.messages(), Texts{"Exit KESTRA?"});
     EXPECT_TRUE(t.doc.dirty);
-    EXPECT_EQ(t.profile.get("model", "bc785d", ""), "1");
-    EXPECT_FALSE(std::filesystem::exists(file(t, "lastused.sav")));
-
+    EXPECT_EQ(t.profile.get("model", "bc785d", ""), "1");  // the model is stored all the same
+    EXPECT_FALSE(std::filesystem::exists(t.file("lastused.sav")));
     t.dialogs.answers = {Answer::Ok, Answer::Cancel};
     EXPECT_FALSE(t.table.exitRequested());
     EXPECT_EQ(t.dialogs.shown.back().text, "Save data?");
-    EXPECT_EQ(t.dialogs.shown.back().title, "Warning");
-}
 
-TEST(Exit, SkippingTheFirstQuestionNeverSkipsTheSecondAndTheWorkIsRescued)
-{
-    Table t;
+    // Without the first question, No ends the program and the work is rescued.
     t.settings.option4 = 1;
     t.settings.loadlast = 1;
-    t.type(1, "Freq. (MHz)", "155");
+    t.dialogs.shown.clear();
     t.dialogs.answers = {Answer::No};
     EXPECT_TRUE(t.table.exitRequested());
-    ASSERT_EQ(t.dialogs.shown.size(), 1u);
-    EXPECT_EQ(t.dialogs.shown[0].text, "Save data?");
-    const auto rescued = crlfLines(readBytes(file(t, "lastused.sav")));
+    EXPECT_EQ(t.messages(), Texts{"Save data?"});
+    const auto rescued = crlfLines(readBytes(t.file("lastused.sav")));
     ASSERT_EQ(rescued.size(), 2107u);
     EXPECT_EQ(rescued[1].substr(0, 13), "1,\"0155.0000\"");
-    EXPECT_FALSE(std::filesystem::exists(file(t, "lastfile.ini")));  // an Untitled document is not remembered
+    EXPECT_FALSE(std::filesystem::exists(t.file("lastfile.ini")));  // an Untitled document is not remembered
 }
 
 TEST(Exit, TheLastFileIsRememberedAndLoadedAtTheNextStart)
 {
-    TempDir shared;
-    std::string saved;
-    {
-        Table t;
-        t.settings.loadlast = 1;
-        t.settings.option4 = 1;
-        t.type(4, "Tag", "x");
-        t.type(4, "Freq. (MHz)", "160.2");
-        saved = file(t, "last.mem");
-        t.dialogs.files = {saved};
-        ASSERT_TRUE(t.table.fileSave());
-        ASSERT_TRUE(t.table.exitRequested());
-        EXPECT_EQ(readBytes(file(t, "lastfile.ini")), saved + "\r\n");
-        std::filesystem::copy(file(t, "lastfile.ini"), shared.file("lastfile.ini"));
-        std::filesystem::copy(saved, shared.file("last.mem"));
-        saved = shared.file("last.mem");
-        writeBytes(shared.file("lastfile.ini"), saved + "\r\n");
-    }
-    Document doc;
-    Settings settings;
-    settings.loadlast = 1;
-    Grid grid;
-    ScriptedDialogs dialogs;
-    MemoryProfileStore profile;
-    VirtualScheduler scheduler;
-    MemTable table(doc, settings, grid, {dialogs, profile, scheduler, AppFolder(shared.path())});
-    table.formLoad();
-    EXPECT_EQ(doc.fnaam, "Untitled");
-    scheduler.advance(199);
-    EXPECT_EQ(doc.fnaam, "Untitled");
-    scheduler.advance(1);
-    EXPECT_EQ(doc.fnaam, saved);
-    EXPECT_EQ(grid.text(4, 2), "x");
+    Table t;
+    t.settings.loadlast = 1;
+    t.settings.option4 = 1;
+    t.type(4, col::tag, "x");
+    t.type(4, col::freq, "160.2");
+    const std::string saved = t.file("last.mem");
+    t.dialogs.files = {saved};
+    ASSERT_TRUE(t.table.fileSave());
+    ASSERT_TRUE(t.table.exitRequested());
+    EXPECT_EQ(readBytes(t.file("lastfile.ini")), saved + "\r\n");
+
+    Table next;  // the next start, in a folder with the same remembered name
+    std::filesystem::copy(t.file("lastfile.ini"), next.file("lastfile.ini"));
+    next.settings.loadlast = 1;
+    next.table.formLoad();
+    next.scheduler.advance(199);
+    EXPECT_EQ(next.doc.fnaam, "Untitled");
+    next.scheduler.advance(1);
+    EXPECT_EQ(next.doc.fnaam, saved);
+    EXPECT_EQ(next.cell(4, col::tag), "x");
 
     // The file is gone at the next start: one message, and loadlast is off.
     std::filesystem::remove(saved);
-    table.formLoad();
-    scheduler.advance(1000);
-    ASSERT_EQ(dialogs.shown.size(), 1u);
-    EXPECT_EQ(dialogs.shown[0].text, "Not a valid file! Line: 0 / 0 / 0 Error: 53");
-    EXPECT_EQ(settings.loadlast, 0);
-    table.formLoad();
-    scheduler.advance(1000);
-    EXPECT_EQ(dialogs.shown.size(), 1u);
+    next.table.formLoad();
+    next.scheduler.advance(1000);
+    EXPECT_EQ(next.messages(), Texts{"Not a valid file! Line: 0 / 0 / 0 Error: 53"});
+    EXPECT_EQ(next.settings.loadlast, 0);
+    next.table.formLoad();
+    next.scheduler.advance(1000);
+    EXPECT_EQ(next.dialogs.shown.size(), 1u);
 }
 
 TEST(StartAndExit, TheFilesOfTheFolderAreReadAtStartAndWrittenAtUnload)
 {
     Table t;
-    writeBytes(file(t, "names.dat"), "Air, local\r\nFire\r\n");
-    writeBytes(file(t, "ttype.dat"), "1\r\n0\r\n3\r\n");
-    writeBytes(file(t, "setup.ini"), "[setup]\r\nbandplan=2\r\noption4=1\r\n");
+    writeBytes(t.file("names.dat"), "Air, local\r\nFire\r\n");
+    writeBytes(t.file("ttype.dat"), "1\r\n0\r\n3\r\n");
+    writeBytes(t.file("setup.ini"), "[setup]\r\nbandplan=2\r\noption4=1\r\n");
     t.table.readSettingsFiles();
     EXPECT_EQ(t.settings.option4, 1);
     t.table.formLoad();
     EXPECT_EQ(t.doc.banktags[0], "Air; local");
     EXPECT_EQ(t.doc.banktags[2], "Bank: 3");
     EXPECT_EQ(t.doc.trunkset[2].trunktype, "3");
-    EXPECT_EQ(t.messages(), std::vector<std::string>{"Custum Bandplan bandplan.dat not found in working directory!"});
+    EXPECT_EQ(t.messages(), Texts{"Custum Bandplan bandplan.dat not found in working directory!"});
     EXPECT_EQ(t.settings.bandplan, 0);
     EXPECT_EQ(t.table.tabCaption(0), "1: Air; local");
 
     t.doc.banktags[1] = "Marine";
     t.settings.option9 = 7;
     t.table.unload();
-    EXPECT_EQ(crlfLines(readBytes(file(t, "names.dat")))[1], "Marine");
-    EXPECT_NE(readBytes(file(t, "setup.ini")).find("\r\noption9=0\r\n"), std::string::npos);
-    EXPECT_NE(readBytes(file(t, "setup.ini")).find("\r\nbandplan=0\r\n"), std::string::npos);
-    EXPECT_EQ(crlfLines(readBytes(file(t, "ttype.dat")))[2], "3");
+    EXPECT_EQ(crlfLines(readBytes(t.file("names.dat")))[1], "Marine");
+    const std::string setup = readBytes(t.file("setup.ini"));
+    EXPECT_NE(setup.find("\r\noption9=0\r\n"), std::string::npos);
+    EXPECT_NE(setup.find("\r\nbandplan=0\r\n"), std::string::npos);
+    EXPECT_EQ(crlfLines(readBytes(t.file("ttype.dat")))[2], "3");
 
     // Without remtags the tags of names.dat stay unread.
     t.settings.remtags = 0;
@@ -523,24 +449,23 @@ TEST(StartAndExit, TheFilesOfTheFolderAreReadAtStartAndWrittenAtUnload)
 TEST(StartAndExit, ThePortSettingsAreKeptWithTheSpeedTheModelCanDo)
 {
     Table t;
-    writeBytes(file(t, "com250.ini"), "[com]\r\nport=12\r\nbaud=57600\r\nusbc=1\r\n");
+    writeBytes(t.file("com250.ini"), "[com]\r\nport=12\r\nbaud=57600\r\nusbc=1\r\n");
     t.profile.set("model", "bc785d", "1");
     t.profile.set("model", "x96", "1");
     t.profile.set("model", "ubc33", "0");
     t.table.readProfile();
     t.table.readSettingsFiles();
     EXPECT_EQ(t.table.com.port, 12);
-    EXPECT_EQ(t.table.com.baud, 57600);   // the BC796D has the fast speeds
+    EXPECT_EQ(t.table.com.baud, 57600);  // the BC796D has the fast speeds
     EXPECT_EQ(t.table.com.usbc, 1);
     EXPECT_EQ(t.settings.delay1, 200);
 
-    // Neither the UBC3300 nor a model without x96 starts above 19200.
-    for (const char* model : {"ubc", "bc785d"}) {
-        SCOPED_TRACE(model);
-        t.profile.set("model", "ubc33", std::string(model) == "ubc" ? "1" : "0");
-        t.profile.set("model", "x96", std::string(model) == "ubc" ? "1" : "0");
+    // Neither the UBC3300 (both switches on) nor a model without x96 starts above 19200.
+    for (const char* on : {"1", "0"}) {
+        t.profile.set("model", "ubc33", on);
+        t.profile.set("model", "x96", on);
         t.table.readProfile();
         t.table.readSettingsFiles();
-        EXPECT_EQ(t.table.com.baud, 19200);
+        EXPECT_EQ(t.table.com.baud, 19200) << on;
     }
 }

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using namespace kestra;
 using kestra::test::readBytes;
 using kestra::test::TempDir;
@@ -42,9 +44,9 @@ TEST(TrunkTypeFile, KeepsTheTypesOfTheTenBanks)
     ASSERT_EQ(writeTrunkTypes(doc, dir.path()), "");
     Document next;
     readTrunkTypes(next, dir.path());
-    EXPECT_EQ(next.trunkset[0].trunktype, "0");
-    EXPECT_EQ(next.trunkset[3].trunktype, "2");
-    EXPECT_EQ(next.trunkset[4].trunktype, "0");  // no value: 0
+    // No value reads as 0.
+    EXPECT_EQ(std::tie(next.trunkset[0].trunktype, next.trunkset[3].trunktype, next.trunkset[4].trunktype),
+              std::make_tuple("0", "2", "0"));
 }
 
 TEST(BandplanFile, ReadsFiftyRowsByTheirMarks)
@@ -60,26 +62,23 @@ TEST(BandplanFile, ReadsFiftyRowsByTheirMarks)
     writeBytes(dir.path() / "bandplan.dat", text);
     Document doc;
     ASSERT_TRUE(readBandplan(doc, dir.path()));
-    EXPECT_EQ(doc.memdata[kBandplanBank][0][1], "100.0000");
-    EXPECT_EQ(doc.memdata[kBandplanBank][0][2], "0");
-    EXPECT_EQ(doc.memdata[kBandplanBank][2][3], "2");
-    EXPECT_EQ(doc.memdata[kBandplanBank][3][1], "");  // the passed-over line keeps its row
-    EXPECT_EQ(doc.memdata[kBandplanBank][4][1], "104.0000");
-    EXPECT_EQ(doc.memdata[kBandplanBank][49][1], "149.0000");
-    EXPECT_EQ(doc.memdata[kBandplanBank][50][1], "");  // the 51st line is not read
+    const auto& plan = doc.memdata[kBandplanBank];
+    EXPECT_EQ(plan[0][1], "100.0000");
+    EXPECT_EQ(plan[0][2], "0");
+    EXPECT_EQ(plan[2][3], "2");
+    EXPECT_EQ(plan[3][1], "");  // the passed-over line keeps its row
+    EXPECT_EQ(plan[4][1], "104.0000");
+    EXPECT_EQ(plan[49][1], "149.0000");
+    EXPECT_EQ(plan[50][1], "");  // the 51st line is not read
     TempDir empty;
     EXPECT_FALSE(readBandplan(doc, empty.path()));
-}
 
-TEST(BandplanFile, MarksInAnyOrderOrCrampedDoNotBreakTheReading)
-{
-    TempDir dir;
+    // Marks in any order or cramped together do not break the reading.
     writeBytes(dir.path() / "bandplan.dat", "MD2 ST4 FR118.0000\r\nFRMDST\r\n");
-    Document doc;
-    ASSERT_TRUE(readBandplan(doc, dir.path()));
-    EXPECT_EQ(doc.memdata[kBandplanBank][0][1], "");
-    EXPECT_EQ(doc.memdata[kBandplanBank][0][2], "2");
-    EXPECT_EQ(doc.memdata[kBandplanBank][1][2], "S");
+    Document cramped;
+    ASSERT_TRUE(readBandplan(cramped, dir.path()));
+    const auto& rows = cramped.memdata[kBandplanBank];
+    EXPECT_EQ(std::tie(rows[0][1], rows[0][2], rows[1][2]), std::make_tuple("", "2", "S"));
 }
 
 TEST(WindowFiles, PlaceAndWidthsComeBackAsWritten)

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using namespace kestra;
 using kestra::test::readBytes;
 using kestra::test::TempDir;
@@ -46,13 +48,8 @@ TEST(SetupFile, ClampsTheDelaysAndTheBackupAndResetsOddValues)
 {
     Settings s = readFrom("[setup]\r\ndelay1=5\r\ndelay2=5000\r\ndelay3=-7\r\ndelay4=49\r\nbackupdelay=0\r\n9khz=1\r\n"
                           "[cputune]\r\nval2=5000\r\n");
-    EXPECT_EQ(s.delay1, 25);
-    EXPECT_EQ(s.delay2, 1000);
-    EXPECT_EQ(s.delay3, 200);
-    EXPECT_EQ(s.delay4, 50);
-    EXPECT_EQ(s.backupdelay, 1);
-    EXPECT_EQ(s.val2, 200);
-    EXPECT_EQ(s.khz9, 0);
+    EXPECT_EQ(std::tie(s.delay1, s.delay2, s.delay3, s.delay4), std::make_tuple(25, 1000, 200, 50));
+    EXPECT_EQ(std::tie(s.backupdelay, s.val2, s.khz9), std::make_tuple(1, 200, 0));
     EXPECT_EQ(readFrom("[setup]\r\nbackupdelay=150\r\n").backupdelay, 99);
     EXPECT_EQ(readFrom("[cputune]\r\nval2=99\r\n").val2, 200);
     EXPECT_EQ(readFrom("[cputune]\r\nval2=1000\r\n").val2, 1000);
@@ -61,24 +58,16 @@ TEST(SetupFile, ClampsTheDelaysAndTheBackupAndResetsOddValues)
 TEST(SetupFile, AUsbConverterRaisesTheDelaysWhateverWasRead)
 {
     Settings s = readFrom("[setup]\r\ndelay1=30\r\ndelay2=900\r\ndelay3=250\r\ndelay4=70\r\n", 1);
-    EXPECT_EQ(s.delay1, 200);
-    EXPECT_EQ(s.delay2, 200);
-    EXPECT_EQ(s.delay3, 400);
-    EXPECT_EQ(s.delay4, 70);
+    EXPECT_EQ(std::tie(s.delay1, s.delay2, s.delay3, s.delay4), std::make_tuple(200, 200, 400, 70));
 }
 
 TEST(SetupFile, AbsurdValuesAreReadByTheirLeadingNumber)
 {
     Settings s = readFrom("[setup]\r\nzero=yes\r\nmodel=2abc\r\nalign=99999999999\r\nbandplan=-4\r\nsmart=\r\n"
                           "delay1=" + std::string(1'000'000, '7') + "\r\n");
-    EXPECT_EQ(s.zero, 0);
-    EXPECT_EQ(s.model, 2);
-    EXPECT_EQ(s.align, 32767);
-    EXPECT_EQ(s.bandplan, -4);
-    EXPECT_EQ(s.smart, 0);  // present but empty reads as 0, not as the default
-    EXPECT_EQ(s.delay1, 1000);
-    const std::string written = setupText(s);
-    EXPECT_NE(written.find("\r\nbandplan=0\r\n"), std::string::npos);  // a negative plan is written as 0
+    // An empty smart= reads as 0, not as the default.
+    EXPECT_EQ(std::tie(s.zero, s.model, s.align, s.bandplan, s.smart, s.delay1), std::make_tuple(0, 2, 32767, -4, 0, 1000));
+    EXPECT_NE(setupText(s).find("\r\nbandplan=0\r\n"), std::string::npos);  // a negative plan is written as 0
 }
 
 TEST(SetupFile, FlagsAreWrittenAsZeroOrOneOnly)
@@ -86,9 +75,7 @@ TEST(SetupFile, FlagsAreWrittenAsZeroOrOneOnly)
     Settings s = readFrom("[setup]\r\noption7=7\r\nexpert=1\r\nmodel=2\r\n");
     EXPECT_EQ(s.option7, 7);
     const Settings back = readFrom(setupText(s));
-    EXPECT_EQ(back.option7, 0);
-    EXPECT_EQ(back.expert, 1);
-    EXPECT_EQ(back.model, 2);
+    EXPECT_EQ(std::tie(back.option7, back.expert, back.model), std::make_tuple(0, 1, 2));
 }
 
 TEST(SetupFile, ARoundTripKeepsEveryKey)
@@ -102,15 +89,8 @@ TEST(SetupFile, ARoundTripKeepsEveryKey)
         else
             v = 0;
     }
-    s.model = 2;
-    s.bandplan = 3;
-    s.align = 2;
-    s.delay1 = 900;
-    s.delay2 = 800;
-    s.delay3 = 700;
-    s.delay4 = 600;
-    s.backupdelay = 17;
-    s.val2 = 333;
+    std::tie(s.model, s.bandplan, s.align, s.backupdelay, s.val2) = std::make_tuple(2, 3, 2, 17, 333);
+    std::tie(s.delay1, s.delay2, s.delay3, s.delay4) = std::make_tuple(900, 800, 700, 600);
     s.khz9 = 0;  // never kept over a start
     const std::string text = setupText(s);
     EXPECT_EQ(text.substr(0, 17), "[setup]\r\nffont=0\r");
@@ -132,11 +112,9 @@ TEST(SetupFile, RemtrunkIsReadButNeverWritten)
 TEST(Com250, GivesPortBaudAndConverter)
 {
     TempDir dir;
-    EXPECT_EQ(readCom250(dir.path()).port, 1);
-    EXPECT_EQ(readCom250(dir.path()).baud, 19200);
+    ComSettings c = readCom250(dir.path());
+    EXPECT_EQ(std::tie(c.port, c.baud), std::make_tuple(1, 19200));
     writeBytes(dir.path() / "com250.ini", "[com]\r\nport=4\r\nbaud=9600\r\nusbc=1\r\n");
-    const ComSettings c = readCom250(dir.path());
-    EXPECT_EQ(c.port, 4);
-    EXPECT_EQ(c.baud, 9600);
-    EXPECT_EQ(c.usbc, 1);
+    c = readCom250(dir.path());
+    EXPECT_EQ(std::tie(c.port, c.baud, c.usbc), std::make_tuple(4, 9600, 1));
 }

@@ -4,23 +4,14 @@
 
 using namespace kestra;
 
-TEST(Val, TakesTheLongestNumericPrefix)
+TEST(Val, TakesTheLongestNumericPrefixAndIsZeroWithoutOne)
 {
-    EXPECT_DOUBLE_EQ(Val("146.0050"), 146.005);
-    EXPECT_DOUBLE_EQ(Val("  146.0050 MHz"), 146.005);
-    EXPECT_DOUBLE_EQ(Val("12L"), 12);
-    EXPECT_DOUBLE_EQ(Val("-2"), -2);
-    EXPECT_DOUBLE_EQ(Val("+7.5"), 7.5);
-    EXPECT_DOUBLE_EQ(Val(".5000"), 0.5);
-    EXPECT_DOUBLE_EQ(Val("5."), 5);
-    EXPECT_DOUBLE_EQ(Val("1E3"), 1000);
-    EXPECT_DOUBLE_EQ(Val("1e-2x"), 0.01);
-    EXPECT_DOUBLE_EQ(Val("2E"), 2);  // no exponent digits: the number ends before the E
-    EXPECT_DOUBLE_EQ(Val("3D2"), 300);
-}
-
-TEST(Val, IsZeroForTextWithoutANumber)
-{
+    const std::pair<const char*, double> values[] = {
+        {"146.0050", 146.005}, {"  146.0050 MHz", 146.005}, {"12L", 12}, {"-2", -2},  {"+7.5", 7.5},  {".5000", 0.5},
+        {"5.", 5},             {"1E3", 1000},               {"1e-2x", 0.01}, {"3D2", 300},
+        {"2E", 2},  // no exponent digits: the number ends before the E
+    };
+    for (const auto& [text, value] : values) EXPECT_DOUBLE_EQ(Val(text), value) << text;
     for (const char* text : {"", " ", "Empty", "None", "abc", ".", "-", "+.", "\t"}) EXPECT_EQ(Val(text), 0) << text;
 }
 

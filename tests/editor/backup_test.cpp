@@ -69,8 +69,7 @@ TEST(Backup, DelayOneWritesAFullMemFileAtEveryTick)
 TEST(Backup, WritesWhatTheGridHoldsAndEndsTheDirtyState)
 {
     Rig r(2);
-    for (int c = 1; c < r.grid.cols(); ++c)
-        if (r.grid.text(0, c) == "Freq. (MHz)") r.grid.setText(1, c, "155.1");
+    r.put(1, col::freq, "155.1");
     r.doc.dirty = true;
     r.minutes(1);
     EXPECT_TRUE(r.backups().empty());
@@ -84,31 +83,25 @@ TEST(Backup, WritesWhatTheGridHoldsAndEndsTheDirtyState)
     EXPECT_NE(readBytes(r.backups()[0]).find("155.1"), std::string::npos);
 }
 
-TEST(Backup, CountsNoMinutesWhileVirtualControlRuns)
+TEST(Backup, VirtualControlOrTheSwitchOffPauseTheCountWhichGoesOnAfter)
 {
-    Rig r(3);
-    r.minutes(2);
-    r.table.vcrunning = true;
-    r.minutes(5);
-    EXPECT_EQ(r.backup->counter(), 2);
-    EXPECT_TRUE(r.backups().empty());
-    r.table.vcrunning = false;
-    r.minutes(1);
-    EXPECT_EQ(r.backups().size(), 1u);
-}
-
-TEST(Backup, SwitchedOffKeepsTheCountAndGoesOnFromIt)
-{
-    Rig r(4);
-    r.minutes(3);
-    r.settings.backena = 0;
-    r.minutes(10);
-    EXPECT_EQ(r.backup->counter(), 3);
-    EXPECT_TRUE(r.backups().empty());
-    r.settings.backena = 1;
-    r.minutes(1);
-    EXPECT_EQ(r.backups().size(), 1u);
-    EXPECT_EQ(r.backup->counter(), 0);
+    for (const bool virtualControl : {true, false}) {
+        SCOPED_TRACE(virtualControl ? "virtual control" : "switched off");
+        Rig r(3);
+        r.minutes(2);
+        if (virtualControl)
+            r.table.vcrunning = true;
+        else
+            r.settings.backena = 0;
+        r.minutes(5);
+        EXPECT_EQ(r.backup->counter(), 2);
+        EXPECT_TRUE(r.backups().empty());
+        r.table.vcrunning = false;
+        r.settings.backena = 1;
+        r.minutes(1);
+        EXPECT_EQ(r.backups().size(), 1u);
+        EXPECT_EQ(r.backup->counter(), 0);
+    }
 }
 
 TEST(Backup, FolderThatCannotBeMadeIsSilentAndResetsTheCount)

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 using namespace kestra;
+using Texts = std::vector<std::string>;
 
 namespace {
 
@@ -17,12 +18,12 @@ struct Bench : test::TableRig {
     // A channel of the bank on view, typed into the grid.
     void channel(int row, const std::string& freq, const std::string& tag = "", const std::string& trunk = "")
     {
-        grid.setText(row, gridCol(col::freq), freq);
-        grid.setText(row, gridCol(col::tag), tag);
-        grid.setText(row, gridCol(col::trunk), trunk);
+        put(row, col::freq, freq);
+        put(row, col::tag, tag);
+        put(row, col::trunk, trunk);
     }
     // A channel of a bank not on view, as the store holds it.
-    void stored(int bank, int row, const std::string& freq, const std::string& tag, const std::string& comment = "")
+    void inStore(int bank, int row, const std::string& freq, const std::string& tag, const std::string& comment = "")
     {
         auto& line = doc.memdata[bank][row];
         line[col::freq] = freq;
@@ -30,8 +31,8 @@ struct Bench : test::TableRig {
         line[col::tone] = "0";
         line[col::comment] = comment;
     }
-    std::string freq(int row) const { return grid.text(row, gridCol(col::freq)); }
-    std::string tag(int row) const { return grid.text(row, gridCol(col::tag)); }
+    std::string freq(int row) const { return cell(row, col::freq); }
+    std::string tag(int row) const { return cell(row, col::tag); }
     void selectRows(int top, int bottom) { grid.setSelection({top, 1, bottom, 1}); }
 };
 
@@ -50,16 +51,11 @@ TEST(BankSort, WholeRowsMoveAndEmptiesEndTheRangeInBothDirections)
     b.tools.sortAscending();
 
     EXPECT_EQ(b.freq(1), "0155.0000");
-    EXPECT_EQ(b.tag(1), "A");
+    EXPECT_EQ(b.cells(col::tag, 1, 4), (Texts{"A", "B", "C", "D"}));
     EXPECT_EQ(b.doc.memdata[0][1][col::comment], "fire");
-    EXPECT_EQ(b.tag(2), "B");
-    EXPECT_EQ(b.tag(3), "C");
-    EXPECT_EQ(b.tag(4), "D");
-    for (int r = 5; r <= 6; ++r) {
-        EXPECT_EQ(b.freq(r), "");
-        EXPECT_EQ(b.doc.memdata[0][r][col::freq], "Empty");
-        EXPECT_EQ(b.doc.memdata[0][r][col::comment], "");
-    }
+    EXPECT_EQ(b.stored(col::comment, 5, 6), (Texts{"", ""}));
+    EXPECT_EQ(b.cells(col::freq, 5, 6), (Texts{"", ""}));
+    EXPECT_EQ(b.stored(col::freq, 5, 6), (Texts{"Empty", "Empty"}));
     EXPECT_TRUE(b.doc.dirty);
     // The Undo of the window brings back the bank as it was.
     b.lineOps.tabundo();
@@ -70,12 +66,8 @@ TEST(BankSort, WholeRowsMoveAndEmptiesEndTheRangeInBothDirections)
     b.channel(7, "300", "E");
     b.selectRows(2, 4);
     b.tools.sortDescending();
-    EXPECT_EQ(b.tag(1), "C");
-    EXPECT_EQ(b.tag(2), "D");
-    EXPECT_EQ(b.tag(3), "A");
+    EXPECT_EQ(b.cells(col::tag, 1, 7), (Texts{"C", "D", "A", "", "", "B", "E"}));
     EXPECT_EQ(b.freq(4), "");
-    EXPECT_EQ(b.tag(6), "B");
-    EXPECT_EQ(b.tag(7), "E");
     EXPECT_TRUE(b.dialogs.shown.empty());
 }
 
@@ -119,8 +111,8 @@ TEST(Duplicates, PairsBySameFrequencyWithOrWithoutSubtoneUntilCancel)
     b.channel(4, "155.1", "B");
     b.channel(9, "460", "C");
     b.grid.setText(1, b.gridCol(col::tone), "67.0");
-    b.stored(2, 5, "0155.1000", "other bank");
-    b.stored(2, 6, "0460.0000", "also");
+    b.inStore(2, 5, "0155.1000", "other bank");
+    b.inStore(2, 6, "0460.0000", "also");
 
     b.tools.findDuplicates(BankTools::Scope::CurrentBank, false);
     EXPECT_EQ(b.messages(), std::vector<std::string>{"Duplicate Channel Found: 1 and 4 / Frequency: 0155.1000"});
@@ -149,10 +141,7 @@ TEST(Duplicates, RemoveEmptiesEveryLaterChannelOfTheSameFrequency)
     b.channel(3, "460", "C");
     b.channel(5, "155.1", "D");
     b.tools.removeDuplicates();
-    EXPECT_EQ(b.freq(1), "0155.1000");
-    EXPECT_EQ(b.freq(2), "");
-    EXPECT_EQ(b.freq(3), "0460.0000");
-    EXPECT_EQ(b.freq(5), "");
+    EXPECT_EQ(b.cells(col::freq, 1, 5), (Texts{"0155.1000", "", "0460.0000", "", ""}));
     EXPECT_EQ(Val(b.doc.memdata[0][5][col::freq]), 0);
     EXPECT_TRUE(b.doc.dirty);
 
@@ -166,7 +155,7 @@ TEST(Replace, FirstHitInAnyCaseCutTo16InTheScope)
     Bench b;
     b.channel(1, "155", "Fire fire");
     b.channel(2, "156", "Police");
-    b.stored(3, 1, "0460.0000", "FIRE North");
+    b.inStore(3, 1, "0460.0000", "FIRE North");
 
     EXPECT_EQ(b.tools.replaceTags("", "x", BankTools::Scope::AllBanks), 0);
     EXPECT_FALSE(b.doc.dirty);
@@ -190,9 +179,9 @@ TEST(FindData, GoesOnBehindTheLastHitAcrossBanksAndStartsOver)
 {
     Bench b;
     b.channel(3, "155.1", "A");
-    b.stored(0, 7, "0", "empty channel", "Water");  // an empty channel is no hit
-    b.stored(4, 2, "0460.0000", "B", "Waterworks");
-    b.stored(9, 100, "0851.0000", "C", "water tower");
+    b.inStore(0, 7, "0", "empty channel", "Water");  // an empty channel is no hit
+    b.inStore(4, 2, "0460.0000", "B", "Waterworks");
+    b.inStore(9, 100, "0851.0000", "C", "water tower");
 
     ASSERT_TRUE(b.tools.findNext("WATER", BankTools::Scope::AllBanks, BankTools::Field::Comments));
     EXPECT_EQ(b.doc.currentBank, 4);

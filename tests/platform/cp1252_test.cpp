@@ -28,17 +28,13 @@ TEST(Cp1252, BytesMapToTheirCharacters)
     EXPECT_EQ(utf8FromCp1252(std::string("a\0b", 3)), std::string("a\0b", 3));
 }
 
-TEST(Cp1252, CharactersTheCodePageLacksBecomeQuestionMarks)
+TEST(Cp1252, WhatTheCodePageLacksAndMalformedUtf8BecomeQuestionMarksByteForByte)
 {
     EXPECT_EQ(cp1252FromUtf8("\xE4\xB8\xAD"), "?");              // U+4E2D
     EXPECT_EQ(cp1252FromUtf8("x\xF0\x9F\x93\xBBy"), "x?y");      // U+1F4FB, one character
     EXPECT_EQ(cp1252FromUtf8("\xC2\x80\xC2\x9F"), "??");          // C1 codes the page gives to other characters
     EXPECT_EQ(cp1252FromUtf8("\xE2\x82\xAC 5"), "\x80 5");
     EXPECT_EQ(cp1252FromUtf8("\xE2\x80\x9C" "a" "\xE2\x80\x9D"), "\x93" "a" "\x94");
-}
-
-TEST(Cp1252, MalformedUtf8BecomesQuestionMarksByteForByte)
-{
     EXPECT_EQ(cp1252FromUtf8("a\xFF" "b"), "a?b");
     EXPECT_EQ(cp1252FromUtf8("\x80"), "?");                       // stray continuation
     EXPECT_EQ(cp1252FromUtf8("\xE2\x82"), "??");                  // cut off at the end

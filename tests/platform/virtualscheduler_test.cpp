@@ -158,10 +158,7 @@ TEST(VirtualScheduler, TimersMayBeDestroyedOrCreatedByHandlers)
 {
     VirtualScheduler s;
     Log log;
-    std::unique_ptr<Timer> self;
-    std::unique_ptr<Timer> victim;
-    std::unique_ptr<Timer> born;
-
+    std::unique_ptr<Timer> self, victim, born;
     self = makeTimer(s, 100, false, [&] {
         log.emplace_back("self", s.now());
         self.reset();

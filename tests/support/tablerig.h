@@ -18,6 +18,14 @@
 
 namespace kestra::test {
 
+// The texts of the message boxes shown so far.
+inline std::vector<std::string> messageTexts(const ScriptedDialogs& dialogs)
+{
+    std::vector<std::string> texts;
+    for (const auto& s : dialogs.shown) texts.push_back(s.text);
+    return texts;
+}
+
 struct TableRig {
     explicit TableRig(Model model = Model::BC250D)
     {
@@ -30,6 +38,22 @@ struct TableRig {
     // The grid column that shows a store column in the model's layout, 0 when
     // the layout has none.
     int gridCol(int storeColumn) const { return gridColumnOfStore(doc.model.bc785d, storeColumn); }
+    // A grid cell of the bank on view, by the store column it shows.
+    const std::string& cell(int row, int storeColumn) const { return grid.text(row, gridCol(storeColumn)); }
+    void put(int row, int storeColumn, const std::string& text) { grid.setText(row, gridCol(storeColumn), text); }
+    // A column of the grid, or of the store of the bank on view, over rows first..last.
+    std::vector<std::string> cells(int storeColumn, int first, int last) const
+    {
+        std::vector<std::string> texts;
+        for (int r = first; r <= last; ++r) texts.push_back(cell(r, storeColumn));
+        return texts;
+    }
+    std::vector<std::string> stored(int column, int first, int last) const
+    {
+        std::vector<std::string> texts;
+        for (int r = first; r <= last; ++r) texts.push_back(doc.memdata[doc.currentBank][r][column]);
+        return texts;
+    }
     // A grid cell of a row found by the header of its column.
     std::string shown(int row, const std::string& header) const
     {
@@ -37,13 +61,7 @@ struct TableRig {
             if (grid.text(0, c) == header) return grid.text(row, c);
         return "<no column " + header + ">";
     }
-    // The texts of the message boxes shown so far.
-    std::vector<std::string> messages() const
-    {
-        std::vector<std::string> texts;
-        for (const auto& s : dialogs.shown) texts.push_back(s.text);
-        return texts;
-    }
+    std::vector<std::string> messages() const { return messageTexts(dialogs); }
 
     TempDir dir;
     Document doc;
