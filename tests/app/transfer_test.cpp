@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-
 using namespace kestra;
 using kestra::test::crlfLines;
 using kestra::test::readBytes;

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 
 using namespace kestra;
 using namespace kestra::sim;
@@ -96,12 +97,9 @@ TEST(KestractlSim, ServesLoadedMemoryOnItsLinkAndDumpsItOnInterrupt)
     EXPECT_EQ(back.channel(300).freq, 4625625u);
 
     // One line per command and per reply, in time order.
+    std::istringstream log(readBytes(dir.path() / "sim.log"));
     std::vector<std::string> lines;
-    for (const std::string log = readBytes(dir.path() / "sim.log"); const char c : log) {
-        if (lines.empty() || c == '\n') lines.emplace_back();
-        if (c != '\n') lines.back() += c;
-    }
-    if (!lines.empty() && lines.back().empty()) lines.pop_back();
+    for (std::string line; std::getline(log, line);) lines.push_back(line);
     ASSERT_EQ(lines.size(), 9u);
     EXPECT_NE(lines[0].find("BC250D on " + sim.device() + " at 19200 baud"), std::string::npos);
     EXPECT_NE(lines[1].find(" < MA001"), std::string::npos);

@@ -1,13 +1,12 @@
 // The scanner's line on a pseudo-terminal: timing, speed, faults and the log
-// on a clock of the test's own, then the terminal and its serving loop for real.
+// on a clock of the test's own, then the terminal for real (its serving loop
+// runs in kestractl sim, kestractlsim_test.cpp).
 
 #include "sim/ptyline.h"
 
 #include "sim/simprocess.h"
 
 #include <gtest/gtest.h>
-
-#include <thread>
 
 using namespace kestra;
 using namespace kestra::sim;
@@ -178,37 +177,4 @@ TEST(PseudoTerminal, TheMasterReadsTheSpeedTheClientSet)
     EXPECT_EQ(got, "SI\r\n");
     EXPECT_EQ(terminal.write("OK\r"), 3u);
     EXPECT_EQ(client.readLine(), "OK\r");
-}
-
-TEST(PseudoTerminal, ServesUntilTheStopDescriptorAndOutlivesItsClients)
-{
-    VirtualScanner scanner(Model::BC796D, 19200);
-    PseudoTerminal terminal(scanner.baudRate());
-    ASSERT_TRUE(terminal.isOpen()) << terminal.error();
-    ScannerLine line(scanner, 0, {});
-    int stop[2];
-    ASSERT_EQ(::pipe(stop), 0);
-    bool served = false;
-    std::thread server([&] { served = serveTerminal(terminal, line, stop[0], std::chrono::steady_clock::now()); });
-
-    {
-        test::TerminalClient client(terminal.devicePath(), B19200);
-        EXPECT_EQ(client.ask("SI"), "SI BC796D,0000000000,105\r");
-        EXPECT_EQ(client.ask("PM010 04625625"), "OK\r");
-    }
-    // A second client after the first has closed finds the scanner as it was.
-    {
-        test::TerminalClient client(terminal.devicePath(), B19200);
-        EXPECT_EQ(client.ask("MA010").substr(0, 14), "C010 F04625625");
-        // At another speed: no answer that reads as one.
-        test::TerminalClient slow(terminal.devicePath(), B4800);
-        slow.send("SI\r\n");
-        EXPECT_EQ(slow.readFor(300).find("BC796D"), std::string::npos);
-    }
-    ASSERT_EQ(::write(stop[1], "x", 1), 1);
-    server.join();
-    EXPECT_TRUE(served);
-    EXPECT_EQ(scanner.memory().channel(10).freq, 4625625u);
-    ::close(stop[0]);
-    ::close(stop[1]);
 }

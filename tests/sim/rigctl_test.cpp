@@ -43,13 +43,8 @@ bool rigctlInstalled() { return std::system("command -v rigctl >/dev/null 2>&1")
 // rigctl's number for the BC250D, from its own model list.
 std::string bc250dModelNumber()
 {
-    for (const std::string& line : outputLines("rigctl -l 2>/dev/null")) {
-        std::istringstream words(line);
-        std::string number, maker, name;
-        words >> number >> maker >> name;
-        if (maker == "Uniden" && name == "BC250D") return number;
-    }
-    return "";
+    const auto lines = outputLines("rigctl -l 2>/dev/null | awk '$2 == \"Uniden\" && $3 == \"BC250D\" {print $1}'");
+    return lines.empty() ? "" : lines.front();
 }
 
 } // namespace
@@ -78,12 +73,10 @@ TEST(RigctlCrossCheck, ReadsWhatTheMemFilePutIntoTheScanner)
     SimProcess sim({"--model", "BC250D", "--load", dir.file("in.mem"), "--log", dir.file("sim.log")});
     ASSERT_FALSE(sim.device().empty());
 
-    // One rigctl run, one answer (or block of answers) per command, in order:
-    // frequency, mode and passband, raw signal strength, attenuator, scanner
-    // information, the memory channel the scanner is on, channel 57 read
-    // without selecting it, and the squelch by its raw command and the two
-    // bytes of its reply. (This rigctl's own squelch query, get_dcd, takes no
-    // reply to "SQ" at all, in the scanner's form or any other.)
+    // One rigctl run, one answer (or block) per command: frequency, mode and
+    // passband, raw signal strength, attenuator, scanner information, the
+    // memory channel it is on, channel 57 read without selecting it, and the
+    // squelch by its raw command (rigctl's get_dcd takes no "SQ" reply at all).
     const std::string rigctl = "timeout 60 rigctl -m " + model + " -r " + sim.device() +
                                " -s 19200 f m l RAWSTR l ATT _ e h 57 1 W SQ 2 2>/dev/null";
     const auto lines = outputLines(rigctl);

@@ -3,6 +3,7 @@
 // the scanner's memory comes back as the same MEM file, field for field.
 
 #include "sim/documentmapping.h"
+#include "sim/scannertalk.h"
 #include "sim/virtualscanner.h"
 
 #include "core/settings.h"
@@ -15,6 +16,7 @@
 
 using namespace kestra;
 using namespace kestra::sim;
+using kestra::test::expectReplies;
 
 namespace {
 
@@ -113,15 +115,10 @@ TEST(SimMemoryFrequencies, TextFormsCoverageAndTheReceiversBands)
     EXPECT_FALSE(parseFreq8("0851162"));
     EXPECT_FALSE(parseFreq8("0851162x"));
     // 25..512, 806..960, 1240..1300 whole MHz.
-    EXPECT_FALSE(inCoverage(249999));
-    EXPECT_TRUE(inCoverage(250000));
-    EXPECT_TRUE(inCoverage(5129999));
-    EXPECT_FALSE(inCoverage(5130000));
-    EXPECT_FALSE(inCoverage(8059999));
-    EXPECT_TRUE(inCoverage(9609999));
-    EXPECT_FALSE(inCoverage(9610000));
-    EXPECT_TRUE(inCoverage(13009999));
-    EXPECT_FALSE(inCoverage(13010000));
+    const std::pair<Freq, bool> coverage[] = {{249999, false},  {250000, true},  {5129999, true},
+                                              {5130000, false}, {8059999, false}, {9609999, true},
+                                              {9610000, false}, {13009999, true}, {13010000, false}};
+    for (const auto& [f, in] : coverage) EXPECT_EQ(inCoverage(f), in) << f;
     // The band a "PM" frequency takes its mode and step from.
     EXPECT_EQ(bandDefault(1180000)->mode, Modulation::AM);
     EXPECT_EQ(bandDefault(1180000)->step, Step::k25);
@@ -194,32 +191,16 @@ TEST(SimMemoryMapping, ALoadedFileAnswersOnTheWire)
 {
     VirtualScanner s(Model::BC785D);
     ASSERT_EQ(loadMemFile(s.memory(), memBytes(richDocument(Model::BC785D))).status, MemLoadStatus::Loaded);
-    EXPECT_EQ(s.command("MA001"), "C001 F01306250 TF DN LF AN RN N000\r");
-    EXPECT_EQ(s.command("TA C 001"), "TA C 001 PFO Tower Main\r");
-    EXPECT_EQ(s.command("RM"), "RM AM\r");
-    EXPECT_EQ(s.command("ST"), "ST 25K\r");
-    EXPECT_EQ(s.command("DL"), "DLN+2\r");
-    EXPECT_EQ(s.command("BA C 001"), "BAN C 001\r");
-    EXPECT_EQ(s.command("MA250"), "C250 F08511625 TN DF LF AF RF N161\r");
-    EXPECT_EQ(s.command("CS"), "CS012L\r");       // the locked-out form of tone 12
-    EXPECT_EQ(s.command("PM000"), "C000 F04460062 TF DF LF AF RF N045\r");
-    EXPECT_EQ(s.command("TB A"), "TB A E2-8\r");  // the program's type 1 is the scanner's 2
-    EXPECT_EQ(s.command("TB B"), "TB B TYPE1\r");
-    EXPECT_EQ(s.command("TB H"), "TB H LT\r");
-    EXPECT_EQ(s.command("TB I"), "TB I EDCS S\r");
-    EXPECT_EQ(s.command("TB C"), "TB C OFF\r");
-    EXPECT_EQ(s.command("TC A"), "TCN A P3\r");
-    EXPECT_EQ(s.command("FB B 6"), "FB B 6 12\r");
-    EXPECT_EQ(s.command("TG A C5"), "TG A C5 54321 \r");
-    EXPECT_EQ(s.command("TG A J0"), "TG A J0 i01234\r");
-    EXPECT_EQ(s.command("BA I A C5"), "BAN I A C5\r");
-    EXPECT_EQ(s.command("TA L A J"), "TA L A J LIST 10\r");
-    EXPECT_EQ(s.command("PC C"), "PC C203\r");
-    EXPECT_EQ(s.command("CB"), "CB ADGJ\r");
-    EXPECT_EQ(s.command("SB"), "SB BDFHJ\r");
-    EXPECT_EQ(s.command("LL E"), "LL04060000 E\r");
-    EXPECT_EQ(s.command("TA S J"), "TA S J TEN METERS\r");
-    EXPECT_EQ(s.command("FP 15"), "FP 15 543210\r");
+    // The program's trunk type 1 is the scanner's 2 (and 2 its 1, 8 its 9, 9 its 8).
+    expectReplies(s, {{"MA001", "C001 F01306250 TF DN LF AN RN N000"}, {"TA C 001", "TA C 001 PFO Tower Main"},
+                      {"RM", "RM AM"}, {"ST", "ST 25K"}, {"DL", "DLN+2"}, {"BA C 001", "BAN C 001"},
+                      {"MA250", "C250 F08511625 TN DF LF AF RF N161"}, {"CS", "CS012L"},  // the locked-out form of tone 12
+                      {"PM000", "C000 F04460062 TF DF LF AF RF N045"}, {"TB A", "TB A E2-8"}, {"TB B", "TB B TYPE1"},
+                      {"TB D", "TB D E2-U"}, {"TB F", "TB F EDCS W"}, {"TB H", "TB H LT"}, {"TB I", "TB I EDCS S"},
+                      {"TB C", "TB C OFF"}, {"TC A", "TCN A P3"}, {"FB B 6", "FB B 6 12"}, {"TG A C5", "TG A C5 54321 "},
+                      {"TG A J0", "TG A J0 i01234"}, {"BA I A C5", "BAN I A C5"}, {"TA L A J", "TA L A J LIST 10"},
+                      {"PC C", "PC C203"}, {"CB", "CB ADGJ"}, {"SB", "SB BDFHJ"}, {"LL E", "LL04060000 E"},
+                      {"TA S J", "TA S J TEN METERS"}, {"FP 15", "FP 15 543210"}});
     EXPECT_EQ(s.memory().search[4].step, Step::k12_5);  // index 4 of the BC785D's list
     EXPECT_EQ(s.memory().search[9].mode, Modulation::Auto);
 }
@@ -281,17 +262,4 @@ TEST(SimMemoryMapping, ARefusedFileLeavesTheMemoryAlone)
     const std::string whole = memBytes(richDocument(Model::BC785D));
     EXPECT_EQ(loadMemFile(memory, whole.substr(0, whole.size() / 10)).status, MemLoadStatus::Invalid);
     EXPECT_EQ(memory.channel(1).freq, 1306250u);
-}
-
-TEST(SimMemoryMapping, TrunkTypeNumbersOfProgramAndScanner)
-{
-    const std::pair<int, TrunkKind> pairs[] = {{1, TrunkKind::Type2_800}, {2, TrunkKind::Type1},      {3, TrunkKind::Type2_900},
-                                               {4, TrunkKind::Type2_Uhf}, {5, TrunkKind::Type2_Vhf},  {6, TrunkKind::EdacsWide},
-                                               {7, TrunkKind::EdacsNarrow}, {8, TrunkKind::Ltr},      {9, TrunkKind::EdacsSct}};
-    for (const auto& [type, kind] : pairs) {
-        EXPECT_EQ(programTrunkType(kind), type);
-        EXPECT_EQ(trunkKindOfProgramType(type), kind);
-    }
-    EXPECT_FALSE(trunkKindOfProgramType(0));
-    EXPECT_FALSE(trunkKindOfProgramType(10));
 }

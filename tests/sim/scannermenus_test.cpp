@@ -3,6 +3,7 @@
 // the display line the program compares, for both model families. Also the
 // keyed frequency entry and the display forms the status decoder reads.
 
+#include "sim/scannertalk.h"
 #include "sim/virtualscanner.h"
 
 #include <gtest/gtest.h>
@@ -11,10 +12,21 @@
 
 using namespace kestra;
 using namespace kestra::sim;
+using kestra::test::expectReplies;
+using kestra::test::sendAll;
 
 namespace {
 
 bool has(const std::string& text, std::string_view part) { return text.find(part) != std::string::npos; }
+
+// An option line as the display shows the selected one: its text in the 16
+// places of the line, then the inverted-line mask.
+std::string opt(std::string_view text)
+{
+    std::string line = "[" + std::string(text);
+    line.resize(17, ' ');
+    return line + "][*****";
+}
 
 // An option recognised by its opening together with the inverted-line mask.
 bool shortMatch(const std::string& text, std::string_view opening) { return has(text, opening) && has(text, "[*****"); }
@@ -30,6 +42,10 @@ public:
     static int bankDigit(int index) { return (index + 1) % 10; }
 
     void key(const std::string& k) { EXPECT_EQ(s_.command(k), "OK\r") << k; }
+    void keys(std::initializer_list<std::string> ks)
+    {
+        for (const std::string& k : ks) key(k);
+    }
     void digits(std::initializer_list<int> ds)
     {
         for (int d : ds) key(digit(d));
@@ -47,65 +63,32 @@ public:
 
     std::string readmenu3(int d1, int d2, int d3, int move, int line)
     {
-        openMenu({d1, d2, d3});
-        scroll(move);
-        key("KEY04");
+        openMenu({d1, d2, d3}, move);
         return readAndExit(line);
     }
-    void setmenu3(int d1, int d2, int d3, int move, int value)
+    void setmenu3(int d1, int d2, int d3, int move, int value) { openMenu({d1, d2, d3}, move); setAndExit(value); }
+    std::string readmenu4(int d1, int d2, int d3, int d4, int line) { openMenu({d1, d2, d3, d4}); return readAndExit(line); }
+    void setmenu5(int d1, int d2, int d3, int d4, int d5) { openMenu({d1, d2, d3, d4, d5}); key(exitkey()); }
+    std::string readbankmenu(int bank, int d) { openSearchMenu(bank, d); return readAndExit(2); }
+    void setbankmenu(int bank, int d, int value) { openSearchMenu(bank, d); setAndExit(value); }
+    std::string readgen(int d1, int d2, bool third, int d3) { openGeneral(d1, d2, third, d3); return readAndExit(2); }
+    void setgen(int d1, int d2, bool third, int d3, int value) { openGeneral(d1, d2, third, d3); setAndExit(value); }
+
+    // The three-digit walks then scroll once (twice for move 1) and enter.
+    void openMenu(std::initializer_list<int> ds, int move = -1)
     {
-        openMenu({d1, d2, d3});
-        scroll(move);
+        keys({exitkey(), "KEY11"});
+        digits(ds);
+        if (move < 0) return;
+        key("KEY07");
+        if (move == 1) key("KEY07");
         key("KEY04");
-        setAndExit(value);
-    }
-    std::string readmenu4(int d1, int d2, int d3, int d4, int line)
-    {
-        openMenu({d1, d2, d3, d4});
-        return readAndExit(line);
-    }
-    void setmenu5(int d1, int d2, int d3, int d4, int d5)
-    {
-        openMenu({d1, d2, d3, d4, d5});
-        key(exitkey());
-    }
-    std::string readbankmenu(int bank, int d)
-    {
-        openSearchMenu(bank, d);
-        return readAndExit(2);
-    }
-    void setbankmenu(int bank, int d, int value)
-    {
-        openSearchMenu(bank, d);
-        setAndExit(value);
-    }
-    std::string readgen(int d1, int d2, bool third, int d3)
-    {
-        openGeneral(d1, d2, third, d3);
-        return readAndExit(2);
-    }
-    void setgen(int d1, int d2, bool third, int d3, int value)
-    {
-        openGeneral(d1, d2, third, d3);
-        setAndExit(value);
     }
 
 private:
-    void openMenu(std::initializer_list<int> ds)
-    {
-        key(exitkey());
-        key("KEY11");
-        digits(ds);
-    }
-    void scroll(int move)
-    {
-        key("KEY07");
-        if (move == 1) key("KEY07");
-    }
     void openSearchMenu(int bank, int d)
     {
-        key(exitkey());
-        key("KEY09H");
+        keys({exitkey(), "KEY09H"});
         digits({bankDigit(bank), d});
     }
     void openGeneral(int d1, int d2, bool third, int d3)
@@ -121,19 +104,13 @@ private:
         key(exitkey());
         return text;
     }
-    void setAndExit(int value)
-    {
-        key(digit(value));
-        key(exitkey());
-    }
+    void setAndExit(int value) { keys({digit(value), exitkey()}); }
 
     VirtualScanner& s_;
 };
 
-const std::vector<std::string> kDelayLines = {
-    "[1:NONE          ][*****", "[2:1 SECOND      ][*****", "[3:2 SECONDS     ][*****", "[4:4 SECONDS     ][*****",
-    "[5:INFINITE      ][*****", "[6:-2 SECONDS    ][*****", "[7:-5 SECONDS    ][*****", "[8:-10 SECONDS   ][*****"};
-const char* const kDelayShort[] = {"[1:N", "[2:1", "[3:2", "[4:4", "[5:I", "[6:-", "[7:-", "[8:-"};
+const char* const kDelays[] = {"NONE",     "1 SECOND",   "2 SECONDS",  "4 SECONDS",
+                               "INFINITE", "-2 SECONDS", "-5 SECONDS", "-10 SECONDS"};
 
 using Fields = std::map<int, std::string>;
 
@@ -142,18 +119,17 @@ Fields readTrunkBank(VirtualScanner& s, int bank, int type)
 {
     Walks w(s);
     const int b = Walks::bankDigit(bank);
-    const bool bc7 = s.switches().bc785d == 1;
     const bool mot = type >= 1 && type <= 5, edacs = type == 6 || type == 7 || type == 9;
     Fields f;
     const auto onOff = [](const std::string& text) { return shortMatch(text, "[1:ON") ? "1" : "0"; };
     const auto icall = [](const std::string& text) {
         std::string v;
-        if (has(text, "[2:OFF           ][*****")) v = "0";
-        if (has(text, "[1:ON            ][*****")) v = "1";
-        if (has(text, "[3:ONLY          ][*****")) v = "2";
+        if (has(text, opt("2:OFF"))) v = "0";
+        if (has(text, opt("1:ON"))) v = "1";
+        if (has(text, opt("3:ONLY"))) v = "2";
         return v;
     };
-    if (!bc7) {
+    if (s.switches().bc785d != 1) {
         if (mot) {
             f[1] = onOff(w.readmenu4(2, 2, b, 9, 1));
             f[2] = shortMatch(w.readmenu4(2, 2, b, 0, 1), "[1:DETECT") ? "1" : "0";
@@ -164,28 +140,25 @@ Fields readTrunkBank(VirtualScanner& s, int bank, int type)
         const bool delayOn = shortMatch(w.readmenu4(2, 2, b, 4, 1), "[1:ON");
         f[5] = delayOn ? (edacs ? "1" : "2") : "0";
         if (edacs) f[9] = onOff(w.readmenu4(2, 2, b, 9, 1));
-    } else {
-        if (mot) {
-            f[1] = onOff(w.readmenu4(2, 2, b, 0, 1));
-            f[2] = shortMatch(w.readmenu3(2, 2, b, type <= 3 ? 1 : 0, 1), "[1:DETECT") ? "1" : "0";
-        }
-        if (edacs) {
-            f[1] = shortMatch(w.readmenu3(2, 2, b, 0, 3), "[2:DECIMAL") ? "1" : "0";
-            f[9] = onOff(w.readmenu4(2, 2, b, 0, 1));
-        }
-        f[6] = onOff(w.readmenu4(2, 2, b, 5, 1));
-        f[8] = onOff(w.readmenu4(2, 2, b, 8, 1));
-        if (type != 8) f[4] = icall(w.readmenu4(2, 2, b, 9, 2));
-        f[5] = "0";
-        if (type == 8) {
-            const std::string text = w.readmenu4(2, 2, b, 4, 1);
-            for (int i = 0; i < 8; ++i)
-                if (shortMatch(text, kDelayShort[i])) f[5] = std::to_string(i);
-        } else {
-            const std::string text = w.readmenu4(2, 2, b, 4, 2);
-            for (int i = 0; i < 8; ++i)
-                if (has(text, kDelayLines[static_cast<std::size_t>(i)])) f[5] = std::to_string(i);
-        }
+        return f;
+    }
+    if (mot) {
+        f[1] = onOff(w.readmenu4(2, 2, b, 0, 1));
+        f[2] = shortMatch(w.readmenu3(2, 2, b, type <= 3 ? 1 : 0, 1), "[1:DETECT") ? "1" : "0";
+    }
+    if (edacs) {
+        f[1] = shortMatch(w.readmenu3(2, 2, b, 0, 3), "[2:DECIMAL") ? "1" : "0";
+        f[9] = onOff(w.readmenu4(2, 2, b, 0, 1));
+    }
+    f[6] = onOff(w.readmenu4(2, 2, b, 5, 1));
+    f[8] = onOff(w.readmenu4(2, 2, b, 8, 1));
+    if (type != 8) f[4] = icall(w.readmenu4(2, 2, b, 9, 2));
+    // Eight delays: LTR by the short form on line 1, the others whole on line 2.
+    f[5] = "0";
+    const std::string text = w.readmenu4(2, 2, b, 4, type == 8 ? 1 : 2);
+    for (int i = 0; i < 8; ++i) {
+        const std::string line = opt(std::to_string(i + 1) + ":" + kDelays[i]);
+        if (type == 8 ? shortMatch(text, line.substr(0, 4)) : has(text, line)) f[5] = std::to_string(i);
     }
     return f;
 }
@@ -195,11 +168,10 @@ void sendTrunkBank(VirtualScanner& s, int bank, int type, const Fields& f)
 {
     Walks w(s);
     const int b = Walks::bankDigit(bank);
-    const bool bc7 = s.switches().bc785d == 1;
     const bool mot = type >= 1 && type <= 5, edacs = type == 6 || type == 7 || type == 9;
     const auto onOff = [](const std::string& v) { return v == "1" ? 1 : 2; };
     const auto icall = [](const std::string& v) { return v == "1" ? 1 : v == "2" ? 3 : 2; };
-    if (!bc7) {
+    if (s.switches().bc785d != 1) {
         if (mot) {
             w.setmenu5(2, 2, b, 9, onOff(f.at(1)));
             w.setmenu5(2, 2, b, 0, onOff(f.at(2)));
@@ -212,40 +184,20 @@ void sendTrunkBank(VirtualScanner& s, int bank, int type, const Fields& f)
         if (type != 8) w.setmenu5(2, 2, b, 8, icall(f.at(4)));
         if (f.at(5) == "0") w.setmenu5(2, 2, b, 4, 2);
         if (f.at(5) == "2") w.setmenu5(2, 2, b, 4, 1);  // any other value sends nothing
-    } else {
-        if (mot) {
-            w.setmenu5(2, 2, b, 0, onOff(f.at(1)));
-            w.setmenu3(2, 2, b, type <= 3 ? 1 : 0, onOff(f.at(2)));
-        }
-        if (edacs) {
-            w.setmenu3(2, 2, b, 0, f.at(1) == "1" ? 2 : 1);
-            w.setmenu5(2, 2, b, 0, onOff(f.at(9)));
-        }
-        w.setmenu5(2, 2, b, 5, onOff(f.at(6)));
-        w.setmenu5(2, 2, b, 8, onOff(f.at(8)));
-        if (type != 8) w.setmenu5(2, 2, b, 9, icall(f.at(4)));
-        w.setmenu5(2, 2, b, 4, std::stoi(f.at(5)) + 1);
+        return;
     }
-}
-
-// The keys of a frequency keyed in, skipping leading and trailing zeros.
-std::vector<std::string> keyedEntry(const std::string& txd)
-{
-    std::vector<std::string> keys;
-    const auto d = [&](int i) { keys.push_back(std::string("KEY02 ") + txd[static_cast<std::size_t>(i)]); };
-    if (txd[0] != '0') d(0);
-    if (txd.substr(0, 2) != "00") d(1);
-    d(2);
-    d(3);
-    keys.push_back("KEY03");
-    if (txd.substr(4, 4) != "0000") d(4);
-    if (txd.substr(5, 3) != "000") d(5);
-    if (txd.substr(6, 2) != "00") d(6);
-    if (txd[7] != '0') d(7);
-    keys.push_back("KEY04");
-    keys.push_back("KEY04");
-    keys.push_back("KEY14");
-    return keys;
+    if (mot) {
+        w.setmenu5(2, 2, b, 0, onOff(f.at(1)));
+        w.setmenu3(2, 2, b, type <= 3 ? 1 : 0, onOff(f.at(2)));
+    }
+    if (edacs) {
+        w.setmenu3(2, 2, b, 0, f.at(1) == "1" ? 2 : 1);
+        w.setmenu5(2, 2, b, 0, onOff(f.at(9)));
+    }
+    w.setmenu5(2, 2, b, 5, onOff(f.at(6)));
+    w.setmenu5(2, 2, b, 8, onOff(f.at(8)));
+    if (type != 8) w.setmenu5(2, 2, b, 9, icall(f.at(4)));
+    w.setmenu5(2, 2, b, 4, std::stoi(f.at(5)) + 1);
 }
 
 const Model kAllModels[] = {Model::BC250D, Model::BC785D, Model::BC296D, Model::BC796D, Model::UBC3300};
@@ -278,32 +230,15 @@ TEST_P(ScannerTrunkWalks, SettingsSentByMenuComeBackByMenu)
     // What the walks stored, seen in the memory itself.
     const TrunkBank& t = s.memory().trunk[c.bank];
     const Fields& f = c.sent;
-    const bool bc7 = s.switches().bc785d == 1;
-    if (f.count(1) && c.type <= 5) {
-        EXPECT_EQ(t.statusBit, f.at(1) == "1");
-    }
-    if (f.count(1) && c.type >= 6) {
-        EXPECT_EQ(t.idFormat, std::stoi(f.at(1)));
-    }
-    if (f.count(2)) {
-        EXPECT_EQ(t.endCodeDetect, f.at(2) == "1");
-    }
-    if (f.count(4)) {
-        EXPECT_EQ(t.icall, std::stoi(f.at(4)));
-    }
-    if (bc7) {
-        EXPECT_EQ(t.delay, std::stoi(f.at(5)));
-    }
-    if (!bc7) {
-        EXPECT_EQ(t.delay != 0, f.at(5) != "0");
-    }
-    if (f.count(6)) {
-        EXPECT_EQ(t.record, f.at(6) == "1");
-    }
+    if (f.count(1) && c.type <= 5) { EXPECT_EQ(t.statusBit, f.at(1) == "1"); }
+    if (f.count(1) && c.type >= 6) { EXPECT_EQ(t.idFormat, std::stoi(f.at(1))); }
+    if (f.count(2)) { EXPECT_EQ(t.endCodeDetect, f.at(2) == "1"); }
+    if (f.count(4)) { EXPECT_EQ(t.icall, std::stoi(f.at(4))); }
+    if (s.switches().bc785d == 1) { EXPECT_EQ(t.delay, std::stoi(f.at(5))); }
+    if (s.switches().bc785d != 1) { EXPECT_EQ(t.delay != 0, f.at(5) != "0"); }
+    if (f.count(6)) { EXPECT_EQ(t.record, f.at(6) == "1"); }
     EXPECT_EQ(t.activityId, f.at(8) == "1");
-    if (f.count(9)) {
-        EXPECT_EQ(t.emergencyAlt, f.at(9) == "1");
-    }
+    if (f.count(9)) { EXPECT_EQ(t.emergencyAlt, f.at(9) == "1"); }
 
     EXPECT_EQ(readTrunkBank(s, c.bank, c.type), c.sent);
 }
@@ -363,21 +298,17 @@ TEST(ScannerTrunkWalksEdges, TheWrongExitKeyStaysInTheMenu)
 {
     // KEY09 is nothing in a BC2xx menu; KEY07 scrolls in a BC7xx menu.
     VirtualScanner bc2(Model::BC296D);
-    bc2.command("KEY11");
-    bc2.command("KEY09");
+    sendAll(bc2, {"KEY11", "KEY09"});
     EXPECT_TRUE(bc2.inMenu());
     bc2.command("KEY07");
     EXPECT_FALSE(bc2.inMenu());
     VirtualScanner bc7(Model::BC796D);
-    bc7.command("KEY11");
-    bc7.command("KEY07");
+    sendAll(bc7, {"KEY11", "KEY07"});
     EXPECT_TRUE(bc7.inMenu());
     bc7.command("KEY09");
     EXPECT_FALSE(bc7.inMenu());
     // MENU inside a menu goes back one level, and out from the top.
-    bc7.command("KEY11");
-    bc7.command("KEY02 3");
-    bc7.command("KEY11");
+    sendAll(bc7, {"KEY11", "KEY02 3", "KEY11"});
     EXPECT_TRUE(bc7.inMenu());
     bc7.command("KEY11");
     EXPECT_FALSE(bc7.inMenu());
@@ -387,12 +318,9 @@ TEST(ScannerTrunkWalksEdges, BaseConfigsStepByStepOnLineTwo)
 {
     for (Model m : {Model::BC250D, Model::BC785D}) {
         VirtualScanner s(m);
-        s.command("TR C 4 04160000 0125 381 1");
-        s.command("TR C 4 04200000 0250 400 2");
+        sendAll(s, {"TR C 4 04160000 0125 381 1", "TR C 4 04200000 0250 400 2"});
         Walks w(s);
-        w.key(w.exitkey());
-        w.key("KEY11");
-        w.digits({2, 2, 3});
+        w.openMenu({2, 2, 3});
         std::vector<std::string> values;
         for (int press = 0; press < 9; ++press) {
             w.key("KEY04");
@@ -413,31 +341,22 @@ TEST(ScannerTrunkWalksEdges, BaseConfigsStepByStepOnLineTwo)
 TEST(ScannerTrunkWalksEdges, IdRecordFlagByTheSlotWalk)
 {
     VirtualScanner s(Model::BC785D);
-    s.command("TR J 2");
-    s.command("TG J C5 12345");
-    s.command("TG J J0 23456");
+    sendAll(s, {"TR J 2", "TG J C5 12345", "TG J J0 23456"});
     Walks w(s);
     const auto walkTo = [&](int list, int slot) {
-        w.key("KEY09");
-        w.key("KEY11");
-        w.digits({2, 2, 0, 3, list % 10});
-        w.key("KEY03");
-        w.key(Walks::digit(slot % 10));
-        w.key("KEY04");
-        w.key(Walks::digit(3));
+        w.openMenu({2, 2, 0, 3, list % 10});
+        w.keys({"KEY03", Walks::digit(slot % 10), "KEY04", Walks::digit(3)});
     };
     walkTo(3, 5);
-    EXPECT_TRUE(has(s.command("LCD"), "[2:OFF           ][*****"));
-    w.key(Walks::digit(1));
-    w.key("KEY09");
+    EXPECT_TRUE(has(s.command("LCD"), opt("2:OFF")));
+    w.keys({Walks::digit(1), "KEY09"});
     EXPECT_TRUE(s.memory().ids[9][2].idSlots[5].record);
     walkTo(3, 5);
-    EXPECT_TRUE(has(s.command("LCD"), "[1:ON            ][*****"));
+    EXPECT_TRUE(has(s.command("LCD"), opt("1:ON")));
     w.key("KEY09");
     // The tenth list and its tenth slot go as the digit 0.
     walkTo(10, 10);
-    w.key(Walks::digit(1));
-    w.key("KEY09");
+    w.keys({Walks::digit(1), "KEY09"});
     EXPECT_TRUE(s.memory().ids[9][9].idSlots[0].record);
     EXPECT_FALSE(s.inMenu());
 }
@@ -458,11 +377,10 @@ TEST(ScannerSearchWalks, TagModeAndStepOfEachRange)
             EXPECT_EQ(tag.substr(pos + 6, 16), "RANGE TAG " + letter + "     ");
             w.setbankmenu(r, 3, r % 5 + 1);
         }
-        static const char* modes[] = {"[1:AM            ][*****", "[2:FM            ][*****", "[3:WFM           ][*****",
-                                      "[4:NFM           ][*****", "[5:AUTO          ][*****"};
+        const char* modes[] = {"1:AM", "2:FM", "3:WFM", "4:NFM", "5:AUTO"};
         for (int r = 0; r < 10; ++r) {
             const std::string text = w.readbankmenu(r, 3);
-            for (int i = 0; i < 5; ++i) EXPECT_EQ(has(text, modes[i]), i == r % 5) << modelName(m) << r << i;
+            for (int i = 0; i < 5; ++i) EXPECT_EQ(has(text, opt(modes[i])), i == r % 5) << modelName(m) << r << i;
         }
         EXPECT_EQ(s.memory().search[6].mode, Modulation::FM);
         EXPECT_FALSE(s.inMenu());
@@ -472,29 +390,22 @@ TEST(ScannerSearchWalks, TagModeAndStepOfEachRange)
 TEST(ScannerSearchWalks, StepLinesByModelGroup)
 {
     // The step lines of each group, in the order of the step codes 1..8, 9 (6.25), 10 (20).
-    const std::vector<std::string> plain = {"[1:5KHz          ][*****", "[2:7.5KHz        ][*****",
-                                            "[3:10KHz         ][*****", "[4:12.5KHz       ][*****",
-                                            "[5:25KHz         ][*****", "[6:50KHz         ][*****",
-                                            "[7:100KHz        ][*****", "[8:AUTO          ][*****"};
-    const std::vector<std::string> x96 = {"[1:5KHz          ][*****", "[3:7.5KHz        ][*****",
-                                          "[4:10KHz         ][*****", "[5:12.5KHz       ][*****",
-                                          "[6:25KHz         ][*****", "[7:50KHz         ][*****",
-                                          "[8:100KHz        ][*****", "[9:AUTO          ][*****",
-                                          "[2:6.25KHz       ][*****"};
-    const std::vector<std::string> ubc = {"[1:5KHz          ][*****", "[3:7.5KHz        ][*****",
-                                          "[4:10KHz         ][*****", "[5:12.5KHz       ][*****",
-                                          "[7:25KHz         ][*****", "[8:50KHz         ][*****",
-                                          "[9:100KHz        ][*****", "[0:AUTO          ][*****",
-                                          "[2:6.25KHz       ][*****", "[6:20KHz         ][*****"};
+    using Lines = std::vector<std::string_view>;
+    const Lines plain = {"1:5KHz", "2:7.5KHz", "3:10KHz", "4:12.5KHz", "5:25KHz", "6:50KHz", "7:100KHz", "8:AUTO"};
+    const Lines x96 = {"1:5KHz",  "3:7.5KHz", "4:10KHz", "5:12.5KHz", "6:25KHz",
+                       "7:50KHz", "8:100KHz", "9:AUTO",  "2:6.25KHz"};
+    const Lines ubc = {"1:5KHz",  "3:7.5KHz", "4:10KHz", "5:12.5KHz", "7:25KHz",
+                       "8:50KHz", "9:100KHz", "0:AUTO",  "2:6.25KHz", "6:20KHz"};
     for (Model m : kAllModels) {
         VirtualScanner s(m);
         Walks w(s);
         const ModelSwitches sw = ModelSwitches::of(m);
-        const auto& lines = sw.ubc33 ? ubc : sw.x96 ? x96 : plain;
-        for (const std::string& line : lines) {
-            w.setbankmenu(9, 2, line[1] - '0');  // the digit of the line picks it
+        const Lines& lines = sw.ubc33 ? ubc : sw.x96 ? x96 : plain;
+        for (std::string_view line : lines) {
+            w.setbankmenu(9, 2, line[0] - '0');  // the digit of the line picks it
             const std::string text = w.readbankmenu(9, 2);
-            for (const std::string& other : lines) EXPECT_EQ(has(text, other), other == line) << modelName(m) << line << other;
+            for (std::string_view other : lines)
+                EXPECT_EQ(has(text, opt(other)), other == line) << modelName(m) << line << other;
         }
     }
     // The program's long 6.25 kHz literal never matches a display line.
@@ -512,17 +423,15 @@ TEST(ScannerSearchWalks, SearchEventsWalkShowsTheItemOnLineThree)
         VirtualScanner s(m);
         Walks w(s);
         s.command("TA S C MARINE");
-        w.key("KEY01");
-        w.key(w.exitkey());
-        w.key("KEY09H");
-        w.digits({3, 4});
+        const auto walkTo = [&](int item) {
+            w.keys({"KEY01", w.exitkey(), "KEY09H"});
+            w.digits({3, item});
+        };
+        walkTo(4);
         EXPECT_EQ(s.command("LCD3"), "LCD3 [MARINE          ][                ]\r");
         w.key(w.exitkey());
-        w.key("KEY01");
-        w.key(w.exitkey());
-        w.key("KEY09H");
-        w.digits({3, 3});
-        EXPECT_TRUE(has(s.command("LCD3"), "[5:AUTO          ][*****")) << modelName(m);
+        walkTo(3);
+        EXPECT_TRUE(has(s.command("LCD3"), opt("5:AUTO"))) << modelName(m);
         w.key(w.exitkey());
         EXPECT_FALSE(s.inMenu());
     }
@@ -536,19 +445,18 @@ TEST(ScannerGeneralWalks, EachOptionOfMenuThreeSetAndRead)
         int d1, d2;
         bool third;
         int d3;
-        std::vector<std::string> texts;
+        std::vector<std::string_view> texts;
     };
-    const std::string on = "[1:ON            ][*****", off = "[2:OFF           ][*****";
     const std::vector<Row> rows = {
-        {3, 1, true, 1, {"[ 1:HIGH         ][*****", "[ 2:MEDIUM       ][*****"}},
-        {3, 1, true, 2, {"[ 1:15SECONDS    ][*****", "[ 2:INFINITE     ][*****"}},
-        {3, 2, false, 0, {on, off}},
-        {3, 3, false, 0, {on, off}},
-        {3, 4, false, 0, {on, off}},
-        {3, 7, false, 0, {on, off}},
-        {3, 8, false, 0, {"[ 1:CSQ          ][*****", "[ 2:TONE SQ      ][*****", "[ 3:TONE SEARCH  ][*****"}},
-        {3, 0, false, 0, {"[ 1:ENABLE       ][*****", "[ 2:DISABLE      ][*****"}},
-        {3, 6, false, 0, {"[MASTER          ][*****", "[SLAVE           ][*****"}},
+        {3, 1, true, 1, {" 1:HIGH", " 2:MEDIUM"}},
+        {3, 1, true, 2, {" 1:15SECONDS", " 2:INFINITE"}},
+        {3, 2, false, 0, {"1:ON", "2:OFF"}},
+        {3, 3, false, 0, {"1:ON", "2:OFF"}},
+        {3, 4, false, 0, {"1:ON", "2:OFF"}},
+        {3, 7, false, 0, {"1:ON", "2:OFF"}},
+        {3, 8, false, 0, {" 1:CSQ", " 2:TONE SQ", " 3:TONE SEARCH"}},
+        {3, 0, false, 0, {" 1:ENABLE", " 2:DISABLE"}},
+        {3, 6, false, 0, {"MASTER", "SLAVE"}},
     };
     for (Model m : kAllModels) {
         VirtualScanner s(m);
@@ -560,7 +468,7 @@ TEST(ScannerGeneralWalks, EachOptionOfMenuThreeSetAndRead)
                 w.setgen(row.d1, row.d2, row.third, row.d3, static_cast<int>(v) + 1);
                 const std::string text = w.readgen(row.d1, row.d2, row.third, row.d3);
                 for (std::size_t i = 0; i < row.texts.size(); ++i)
-                    EXPECT_EQ(has(text, row.texts[i]), present && i == v) << modelName(m) << " " << row.texts[i];
+                    EXPECT_EQ(has(text, opt(row.texts[i])), present && i == v) << modelName(m) << " " << row.texts[i];
             }
         }
         EXPECT_FALSE(s.inMenu());
@@ -572,8 +480,7 @@ TEST(ScannerGeneralWalks, EachOptionOfMenuThreeSetAndRead)
         EXPECT_EQ(g.sqMode, 0);
         EXPECT_EQ(g.clone, 0);
         // The display of menu 3 names it for the panel.
-        s.command("KEY11");
-        s.command("KEY02 3");
+        sendAll(s, {"KEY11", "KEY02 3"});
         EXPECT_EQ(s.command("LCD1"), "LCD1 [SYSTEM OPTION   ][                ]\r");
         s.command(w.exitkey());
     }
@@ -588,20 +495,16 @@ TEST(ScannerGeneralWalks, EachOptionOfMenuThreeSetAndRead)
 TEST(ScannerGeneralWalks, BaudRateChosenInMenuThreeFive)
 {
     VirtualScanner s(Model::BC296D);
-    s.command("KEY11");
-    s.command("KEY02 3");
-    s.command("KEY02 5");
+    sendAll(s, {"KEY11", "KEY02 3", "KEY02 5"});
     EXPECT_EQ(s.command("LCD LINE1"), "LCD LINE1 [~3:19200         ]\r");
-    s.command("KEY16");  // DOWN
-    s.command("KEY16");
+    sendAll(s, {"KEY16", "KEY16"});  // DOWN
     EXPECT_EQ(s.command("LCD LINE1"), "LCD LINE1 [~5:57600         ]\r");
     EXPECT_EQ(s.baudRate(), 19200);
     s.command("KEY04");  // E stores the choice
     EXPECT_EQ(s.baudRate(), 57600);
-    s.command("KEY07");
     // The BC250D offers three rates; a digit picks one at once.
     VirtualScanner bc250(Model::BC250D);
-    for (const char* k : {"KEY11", "KEY02 3", "KEY02 5", "KEY02 5"}) bc250.command(k);
+    sendAll(bc250, {"KEY11", "KEY02 3", "KEY02 5", "KEY02 5"});
     EXPECT_EQ(bc250.baudRate(), 19200);
     bc250.command("KEY02 1");
     EXPECT_EQ(bc250.baudRate(), 4800);
@@ -612,12 +515,9 @@ TEST(ScannerGeneralWalks, LineOneMarksTheSelectedOption)
     VirtualScanner s(Model::BC250D);
     Walks w(s);
     w.setgen(3, 3, false, 0, 2);  // key beep off
-    s.command("KEY11");
-    s.command("KEY02 3");
-    s.command("KEY02 3");
-    EXPECT_EQ(s.command("LCD LINE1"), "LCD LINE1 [~2:OFF           ]\r");
-    EXPECT_EQ(s.command("LCD3"), "LCD3 [1:ON            ][                ]\r");
-    EXPECT_EQ(s.command("LCD4"), "LCD4 [2:OFF           ][****************]\r");
+    sendAll(s, {"KEY11", "KEY02 3", "KEY02 3"});
+    expectReplies(s, {{"LCD LINE1", "LCD LINE1 [~2:OFF           ]"}, {"LCD3", "LCD3 [1:ON            ][                ]"},
+                      {"LCD4", "LCD4 [2:OFF           ][****************]"}});
     s.command("KEY07");
     EXPECT_EQ(s.command("LCD LINE1").substr(0, 11), "LCD LINE1 [");
     EXPECT_EQ(s.command("LCD LINE1").find('~'), std::string::npos);
@@ -625,96 +525,54 @@ TEST(ScannerGeneralWalks, LineOneMarksTheSelectedOption)
 
 // ---- keypad: keyed frequency entry and manual mode -----------------------------------
 
-TEST(ScannerKeypad, KeyedFrequencyProgramsTheCurrentChannelWithItsOwnStep)
+TEST(ScannerKeypad, AnEmptyChannelThatGetsAKeyedFrequencyIsNoLongerLockedOut)
 {
-    for (Model m : kAllModels) {
-        VirtualScanner s(m);
-        s.command("MA101");
-        s.command("PM101 04000000");
-        for (const auto& [chan, txd] : std::vector<std::pair<int, std::string>>{
-                 {101, "01551250"}, {102, "01000000"}, {103, "04160000"}, {104, "08511625"}, {105, "12950050"}}) {
-            char pm[32];
-            std::snprintf(pm, sizeof pm, "PM%03d 01620000", chan);  // selects the channel, as the pipeline does
-            s.command(pm);
-            s.command("ST 7.5K");
-            for (const std::string& k : keyedEntry(txd)) EXPECT_EQ(s.command(k), "OK\r") << k;
-            const Channel& ch = s.memory().channel(chan);
-            EXPECT_EQ(freq8(ch.freq), txd) << modelName(m);
-            EXPECT_EQ(ch.step, Step::k7_5);  // the step the channel had, not the band's
-            EXPECT_EQ(s.command("MD"), "MD01\r");
-        }
-    }
-}
-
-TEST(ScannerKeypad, TheSequenceOfOneHundredMegahertz)
-{
-    EXPECT_EQ(keyedEntry("01000000"),
-              (std::vector<std::string>{"KEY02 1", "KEY02 0", "KEY02 0", "KEY03", "KEY04", "KEY04", "KEY14"}));
     VirtualScanner s;
-    s.command("MA007");
-    for (const std::string& k : keyedEntry("01000000")) s.command(k);
-    EXPECT_EQ(s.command("MA007").substr(0, 14), "C007 F01000000");
-    // An empty channel that gets a frequency is no longer locked out.
-    EXPECT_EQ(s.command("MA007"), "C007 F01000000 TF DF LF AF RF N000\r");
+    sendAll(s, {"MA007", "KEY02 1", "KEY02 0", "KEY02 0", "KEY03", "KEY04", "KEY04", "KEY14"});
+    expectReplies(s, {{"MA007", "C007 F01000000 TF DF LF AF RF N000"}, {"MD", "MD01"}});
 }
 
 TEST(ScannerKeypad, EntryOnTheDisplayClearChannelNumbersAndRefusedFrequencies)
 {
     VirtualScanner s;
-    s.command("MA001");
-    for (const char* k : {"KEY02 1", "KEY02 5", "KEY02 5", "KEY03", "KEY02 1"}) s.command(k);
+    sendAll(s, {"MA001", "KEY02 1", "KEY02 5", "KEY02 5", "KEY03", "KEY02 1"});
     EXPECT_EQ(s.command("LCD2"), "LCD2 [    155.1       ][                ]\r");
-    s.command("KEY03");  // the point again: CLR
-    s.command("KEY03");
+    sendAll(s, {"KEY03", "KEY03"});  // the point again: CLR
     EXPECT_EQ(s.command("LCD2"), "LCD2 [   ----         ][                ]\r");
-    for (const char* k : {"KEY02 2", "KEY02 5", "KEY02 0", "KEY04"}) s.command(k);
+    sendAll(s, {"KEY02 2", "KEY02 5", "KEY02 0", "KEY04"});
     EXPECT_EQ(s.currentChannel(), 250);
-    for (const char* k : {"KEY02 6", "KEY02 0", "KEY02 0", "KEY03", "KEY04"}) s.command(k);  // 600 MHz
+    sendAll(s, {"KEY02 6", "KEY02 0", "KEY02 0", "KEY03", "KEY04"});  // 600 MHz
     EXPECT_TRUE(s.memory().channel(250).empty());
-    for (const char* k : {"KEY02 1", "KEY02 2", "KEY07", "KEY04"}) s.command(k);  // HOLD drops the entry
+    sendAll(s, {"KEY02 1", "KEY02 2", "KEY07", "KEY04"});  // HOLD drops the entry
     EXPECT_EQ(s.currentChannel(), 250);
     s.command("KEY15");
     EXPECT_EQ(s.currentChannel(), 251);
-    s.command("KEY16");
-    s.command("KEY16");
+    sendAll(s, {"KEY16", "KEY16"});
     EXPECT_EQ(s.currentChannel(), 249);
-    s.command("MA001");
-    s.command("KEY16");
+    sendAll(s, {"MA001", "KEY16"});
     EXPECT_EQ(s.currentChannel(), 1000);
 }
 
 TEST(ScannerKeypad, EasyProgramAndLockOutKeys)
 {
     VirtualScanner s(Model::BC785D);
-    s.command("PM300 04500000");
-    s.command("MA300");
-    s.command("KEY13H");  // trunk on
+    sendAll(s, {"PM300 04500000", "MA300", "KEY13H"});  // trunk on
     EXPECT_TRUE(s.memory().channel(300).trunk);
     s.command("KEY13H");
     EXPECT_FALSE(s.memory().channel(300).trunk);
-    for (const char* cmd : {"DLN +4", "ARN", "BAN C 300", "LON", "ATN"}) EXPECT_EQ(s.command(cmd), "OK\r");
-    EXPECT_EQ(s.command("MA300"), "C300 F04500000 TF DN LN AN RN N000\r");
-    EXPECT_EQ(s.command("LCD1"), "LCD1 [         C 300Lo][                ]\r");
-    s.command("KEY06");  // LOCK OUT toggles
-    EXPECT_EQ(s.command("LCD1"), "LCD1 [         C 300  ][                ]\r");
-    s.command("KEY12H");  // MUTE
-    EXPECT_EQ(s.command("LCD4"), "LCD4 [MUTE ON         ][                ]\r");
-    s.command("KEY05");   // PRI
-    EXPECT_EQ(s.command("LCD1"), "LCD1 [P        C 300  ][                ]\r");
+    expectReplies(s, {{"DLN +4", "OK"}, {"ARN", "OK"}, {"BAN C 300", "OK"}, {"LON", "OK"}, {"ATN", "OK"},
+                      {"MA300", "C300 F04500000 TF DN LN AN RN N000"}, {"LCD1", "LCD1 [         C 300Lo][                ]"},
+                      {"KEY06", "OK"}, {"LCD1", "LCD1 [         C 300  ][                ]"},  // LOCK OUT toggles
+                      {"KEY12H", "OK"}, {"LCD4", "LCD4 [MUTE ON         ][                ]"},  // MUTE
+                      {"KEY05", "OK"}, {"LCD1", "LCD1 [P        C 300  ][                ]"}});  // PRI
 }
 
 TEST(ScannerKeypad, DigitsSwitchBanksWhileScanning)
 {
     VirtualScanner s;
-    s.command("CB ABC");
-    s.command("KEY01");
-    s.command("KEY02 2");
-    EXPECT_EQ(s.command("CB"), "CB AC\r");
-    s.command("KEY02 0");
-    EXPECT_EQ(s.command("CB"), "CB ACJ\r");
-    s.command("CB A");
-    s.command("KEY02 1");  // the last bank stays in
-    EXPECT_EQ(s.command("CB"), "CB A\r");
+    sendAll(s, {"CB ABC", "KEY01"});
+    expectReplies(s, {{"KEY02 2", "OK"}, {"CB", "CB AC"}, {"KEY02 0", "OK"}, {"CB", "CB ACJ"}, {"CB A", "OK"},
+                      {"KEY02 1", "OK"}, {"CB", "CB A"}});  // the last bank stays in
 }
 
 // ---- display forms -------------------------------------------------------------------
@@ -722,8 +580,7 @@ TEST(ScannerKeypad, DigitsSwitchBanksWhileScanning)
 TEST(ScannerDisplay, ScanningWithBankOneTheActiveOne)
 {
     VirtualScanner s;
-    s.command("CB AJ");
-    s.command("KEY01");
+    sendAll(s, {"CB AJ", "KEY01"});
     s.scanTo(15);
     EXPECT_EQ(s.command("LCD"), "LCD1 [     +   C 015  ][                ]\r"
                                 "LCD2 [  SCAN          ][                ]\r"
@@ -734,57 +591,40 @@ TEST(ScannerDisplay, ScanningWithBankOneTheActiveOne)
 TEST(ScannerDisplay, StoppedOnATransmission)
 {
     VirtualScanner s;
-    s.command("PM020 01673500");
-    s.command("TA C 020 AMK OSL CH 2");
-    s.command("TA B A BLAALYS");
-    s.command("KEY01");
+    sendAll(s, {"PM020 01673500", "TA C 020 AMK OSL CH 2", "TA B A BLAALYS", "KEY01"});
     s.scanTo(20);
     s.setReception({true, 120});
     EXPECT_EQ(s.command("LCD"), "LCD1 [SCAN +   C 020  ][####            ]\r"
                                 "LCD2 [ 167.3500  FM   ][                ]\r"
                                 "LCD3 [AMK OSL CH 2    ][                ]\r"
                                 "LCD4 [BLAALYS         ][                ]\r");
-    EXPECT_EQ(s.command("SQ"), "+\r");
-    EXPECT_EQ(s.command("SG"), "S120 F01673500\r");
+    expectReplies(s, {{"SQ", "+"}, {"SG", "S120 F01673500"}});
 }
 
 TEST(ScannerDisplay, RestingOnAChannelInManualMode)
 {
     VirtualScanner s;
-    s.command("PM102 01561000");
-    s.command("RM NFM");
-    s.command("TA C 102 VHF Channel 2");
-    s.command("TA B B MARINE");
-    s.command("MA102");
+    sendAll(s, {"PM102 01561000", "RM NFM", "TA C 102 VHF Channel 2", "TA B B MARINE", "MA102"});
     EXPECT_EQ(s.command("LCD"), "LCD1 [         C 102  ][                ]\r"
                                 "LCD2 [ 156.1000 NFM   ][                ]\r"
                                 "LCD3 [VHF Channel 2   ][                ]\r"
                                 "LCD4 [MARINE          ][                ]\r");
-    EXPECT_EQ(s.command("LCD2"), "LCD2 [ 156.1000 NFM   ][                ]\r");
-    EXPECT_EQ(s.command("LCD5"), "ERR\r");
+    expectReplies(s, {{"LCD2", "LCD2 [ 156.1000 NFM   ][                ]"}, {"LCD5", "ERR"}});
 }
 
 TEST(ScannerDisplay, SearchServiceAndTrunkForms)
 {
     VirtualScanner s(Model::BC785D);
-    s.command("LL01080000 C");
-    s.command("LU01370000 C");
-    s.command("TA S C AIR");
-    s.command("SB C");
-    s.command("KEY09");
+    sendAll(s, {"LL01080000 C", "LU01370000 C", "TA S C AIR", "SB C", "KEY09"});
     EXPECT_EQ(s.command("LCD"), "LCD1 [SRCH +          ][                ]\r"
                                 "LCD2 [ 108.0000  AM   ][                ]\r"
                                 "LCD3 [Range 03        ][                ]\r"
                                 "LCD4 [AIR             ][                ]\r");
-    s.command("KEY07");
-    s.command("KEY07H");  // one step up in the hold
+    sendAll(s, {"KEY07", "KEY07H"});  // one step up in the hold
     EXPECT_EQ(s.command("LCD2"), "LCD2 [ 108.0250  AM   ][                ]\r");
     s.command("KEY10");
     EXPECT_EQ(s.command("LCD3"), "LCD3 [SERVICE SEARCH  ][                ]\r");
-    s.command("TR D 2");
-    s.command("TA B D CITY");
-    s.command("MA301");
-    s.command("KEY13");
+    sendAll(s, {"TR D 2", "TA B D CITY", "MA301", "KEY13"});
     EXPECT_EQ(s.command("LCD"), "LCD1 [ID SCAN  M      ][                ]\r"
                                 "LCD2 [  SCAN          ][                ]\r"
                                 "LCD3 [List  1234567890][                ]\r"

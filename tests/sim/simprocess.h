@@ -69,15 +69,12 @@ public:
     SimProcess& operator=(const SimProcess&) = delete;
 
     const std::string& device() const { return device_; }
-    pid_t pid() const { return pid_; }
 
     // Sends the signal and waits for the end; the exit status, or -1 when the
     // process did not end by itself in time (it is killed then).
     int stop(int signal = SIGTERM, int timeoutMs = 10000)
     {
-        if (pid_ <= 0) return -1;
-        if (status_ != kRunning) return status_;
-        ::kill(pid_, signal);
+        if (pid_ > 0 && status_ == kRunning) ::kill(pid_, signal);
         return waitForExit(timeoutMs);
     }
 
