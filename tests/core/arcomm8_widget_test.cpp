@@ -10,16 +10,10 @@
 #include "sim/virtualscanner.h"
 
 #include "core/arcomm8.h"
-#include "core/gridmodel.h"
-#include "core/memtab.h"
-#include "core/memtable.h"
 #include "core/text.h"
-
-#include "platform/fake/virtualscheduler.h"
 
 #include "support/mainwindowrig.h"
 
-#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -40,27 +34,16 @@
 namespace kestra {
 namespace {
 
-QString qs(const char* text) { return QString::fromUtf8(text); }
-
 // A scanner holding channels in banks 1 and 2, with tags of its own.
 void fillScanner(sim::VirtualScanner& scanner)
 {
     Document source;
     source.clearstores();
     source.model = ModelSwitches::of(scanner.model());
-    auto put = [&](int bank, int row, const char* freq, const char* tag) {
-        auto& line = source.memdata[bank][row];
-        line[col::freq] = freq;
-        line[col::tag] = tag;
-        for (int c : {col::trunk, col::record, col::delay, col::recordHidden, col::beep, col::lockout, col::atten,
-                      col::mode, col::step})
-            line[c] = "0";
-        line[col::tone] = "0";
-    };
-    put(0, 1, "0146.5200", "Calling");
-    put(1, 1, "0155.1000", "Fire dispatch");
-    put(1, 2, "0155.2250", "Fire \"tac\"");
-    put(1, 40, "0460.2500", "Police");
+    test::putChannel(source, 0, 1, "0146.5200", "Calling");
+    test::putChannel(source, 1, 1, "0155.1000", "Fire dispatch");
+    test::putChannel(source, 1, 2, "0155.2250", "Fire \"tac\"");
+    test::putChannel(source, 1, 40, "0460.2500", "Police");
     sim::fillFromDocument(scanner.memory(), source);
     for (int b = 0; b < 10; ++b) scanner.memory().bankTags[b] = "";
     scanner.memory().bankTags[0] = "Home";
@@ -118,13 +101,6 @@ protected:
         return scheduler.runUntil([this] { return window->runFinished() || window->engine().stopflag == 1; },
                                   3600'000);
     }
-
-    std::vector<std::string> messages() const
-    {
-        std::vector<std::string> m;
-        for (const auto& s : dialogs.shown) m.push_back(s.text);
-        return m;
-    }
 };
 
 TEST_F(Arcomm8Test, OpeningWakesTheScannerKeepsTheModelWordAndShowsTheBankTags)
@@ -132,29 +108,32 @@ TEST_F(Arcomm8Test, OpeningWakesTheScannerKeepsTheModelWordAndShowsTheBankTags)
     attach(Model::BC785D, 19200, Model::BC250D);
     fillScanner(*scanner);
     open();
-    EXPECT_EQ(window->windowTitle(), qs("Read Data"));
+    EXPECT_EQ(window->windowTitle(), "Read Data");
     // The model word names the family of the frame, whatever the document's model.
     EXPECT_TRUE(contains(window->modelWord(), "BC785D")) << window->modelWord();
-    EXPECT_EQ(window->frame3D2()->title(), qs("Communication BC7xxD"));
+    EXPECT_EQ(window->frame3D2()->title(), "Communication BC7xxD");
     EXPECT_EQ(test::readBytes(dir.path() / "version.ini"), window->modelWord());
 
     // Before the tags are in, the lines carry the channels and the bank only.
     EXPECT_EQ(window->combo1()->count(), 10);
-    EXPECT_EQ(window->combo1()->itemText(1), qs("101 - 200 / 2"));
+    EXPECT_EQ(window->combo1()->itemText(1), "101 - 200 / 2");
     EXPECT_EQ(window->combo1()->currentIndex(), -1);
     openingDone();
-    EXPECT_EQ(window->combo1()->itemText(0), qs("1 - 100 / 1 / Home"));
-    EXPECT_EQ(window->combo1()->itemText(1), qs("101 - 200 / 2 / Fire; EMS"));
-    EXPECT_EQ(window->combo1()->itemText(9), qs("901 - 1000 / 10 / _"));
-    EXPECT_EQ(window->text3()->text(), qs("Trunk type read Ok"));
-    EXPECT_TRUE(messages().empty());
+    EXPECT_EQ(window->combo1()->itemText(0), "1 - 100 / 1 / Home");
+    EXPECT_EQ(window->combo1()->itemText(1), "101 - 200 / 2 / Fire; EMS");
+    EXPECT_EQ(window->combo1()->itemText(9), "901 - 1000 / 10 / _");
+    EXPECT_EQ(window->text3()->text(), "Trunk type read Ok");
+    EXPECT_TRUE(dialogs.shown.empty());
 }
 
-TEST_F(Arcomm8Test, TheFrameNamesTheBc2xxFamilyByTheModelWord)
+TEST_F(Arcomm8Test, TheFrameNamesTheFamilyOfTheScannerThatAnswersElseOfTheDocument)
 {
-    attach(Model::BC250D, 19200, Model::BC785D);
-    open();
-    EXPECT_EQ(window->frame3D2()->title(), qs("Communication BC2xxD"));
+    for (const bool answers : {true, false}) {
+        attach(answers ? Model::BC250D : Model::BC785D, 19200, answers ? Model::BC785D : Model::BC250D);
+        if (!answers) device->respond = [](std::string_view) { return std::string(); };
+        open();
+        EXPECT_EQ(window->frame3D2()->title(), "Communication BC2xxD") << answers;
+    }
 }
 
 TEST_F(Arcomm8Test, TheDelaySliderShowsAtFastSpeedsAndSetsTheStepDelay)
@@ -173,38 +152,32 @@ TEST_F(Arcomm8Test, TheDelaySliderShowsAtFastSpeedsAndSetsTheStepDelay)
     EXPECT_EQ(window->hscroll1()->minimum(), 25);
     EXPECT_EQ(window->hscroll1()->maximum(), 1000);
     EXPECT_EQ(window->hscroll1()->value(), 25);
-    EXPECT_EQ(window->text6()->text(), qs("25"));
+    EXPECT_EQ(window->text6()->text(), "25");
 
-    auto base = [this] { return window->text6()->palette().color(QPalette::Base); };
-    EXPECT_EQ(base(), QColor(255, 0, 0));   // below 100: the warning colour
-    window->hscroll1()->setValue(250);
-    EXPECT_EQ(settings.delay1, 250);
-    EXPECT_EQ(window->engine().stepDelay(), 250);
-    EXPECT_EQ(window->text6()->text(), qs("250"));
-    EXPECT_EQ(base(), QColor(0, 255, 0));
-    window->hscroll1()->setValue(99);
-    EXPECT_EQ(base(), QColor(255, 0, 0));
-    window->hscroll1()->setValue(100);
-    EXPECT_EQ(base(), QColor(0, 255, 0));
+    // Below 100 the field shows the warning colour.
+    const QColor red(255, 0, 0), green(0, 255, 0);
+    EXPECT_EQ(window->text6()->palette().color(QPalette::Base), red);
+    for (auto [value, colour] : {std::pair{250, green}, {99, red}, {100, green}}) {
+        window->hscroll1()->setValue(value);
+        EXPECT_EQ(settings.delay1, value);
+        EXPECT_EQ(window->engine().stepDelay(), value);
+        EXPECT_EQ(window->text6()->text(), QString::number(value));
+        EXPECT_EQ(window->text6()->palette().color(QPalette::Base), colour) << value;
+    }
 
     window->hscroll1()->setValue(600);
     click(window->command10());
     EXPECT_EQ(settings.delay1, 100);
     EXPECT_EQ(window->hscroll1()->value(), 100);
-    EXPECT_EQ(window->text6()->text(), qs("100"));
+    EXPECT_EQ(window->text6()->text(), "100");
 }
 
 TEST_F(Arcomm8Test, ARangeReadsFrequenciesOnlyAndTheBankOptionsGiveTheOtherKindsBack)
 {
     attach(Model::BC785D);
     open();
-    EXPECT_EQ(window->option3D2(0)->text(), qs("All Banks"));
-    EXPECT_EQ(window->option3D2(1)->text(), qs("Single Bank:"));
-    EXPECT_EQ(window->option3D2(2)->text(), qs("Channel Range:"));
-    EXPECT_EQ(window->command22()->text(), qs("All"));
-    EXPECT_EQ(window->check3D5()->text(), qs("Merge Data"));
     const char* kinds[] = {"Frequencies", "Trunk Id's", "Search Events", "Trunk Bank Settings"};
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(window->check3D3(i)->text(), qs(kinds[i]));
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(window->check3D3(i)->text(), kinds[i]);
 
     for (int i = 1; i < 4; ++i) window->check3D3(i)->setChecked(true);
     window->check3D3(0)->setChecked(false);
@@ -217,10 +190,7 @@ TEST_F(Arcomm8Test, ARangeReadsFrequenciesOnlyAndTheBankOptionsGiveTheOtherKinds
     }
     // "All" with a range: Frequencies and Search Events only.
     click(window->command22());
-    EXPECT_TRUE(window->check3D3(0)->isChecked());
-    EXPECT_FALSE(window->check3D3(1)->isChecked());
-    EXPECT_TRUE(window->check3D3(2)->isChecked());
-    EXPECT_FALSE(window->check3D3(3)->isChecked());
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(window->check3D3(i)->isChecked(), i % 2 == 0) << i;
 
     for (int option : {0, 1}) {
         click(window->option3D2(2));
@@ -243,79 +213,48 @@ TEST_F(Arcomm8Test, TheRangeFieldsTakeDigitsMinusAndPointOnly)
     QLineEdit* start = window->text10(0);
     start->setFocus();
     QTest::keyClicks(start, "1a2 -.x3");
-    EXPECT_EQ(start->text(), qs("12-.3"));
+    EXPECT_EQ(start->text(), "12-.3");
     QTest::keyClick(start, Qt::Key_Backspace);
-    EXPECT_EQ(start->text(), qs("12-."));
+    EXPECT_EQ(start->text(), "12-.");
 }
 
-TEST_F(Arcomm8Test, ASingleBankReadFillsTheBankAndClosesTheWindow)
+TEST_F(Arcomm8Test, StopOrClosingTheWindowEndsTheRunAndKeepsWhatWasRead)
 {
-    attach(Model::BC785D);
-    fillScanner(*scanner);
-    doc.memdata[1][50][col::freq] = "0853.0000";   // cleared before the read
-    doc.memdata[1][50][col::tag] = "Stale";
-    doc.memdata[0][1][col::tag] = "Not read";      // another bank stays
-    open();
-    openingDone();
-    click(window->option3D2(1));
-    window->combo1()->setCurrentIndex(1);
-    click(window->command1());
-    EXPECT_TRUE(window->runStarted());
-    EXPECT_FALSE(window->command1()->isEnabled());
-    EXPECT_FALSE(window->frame3D6()->isEnabled());
+    for (const bool byClosing : {false, true}) {
+        SCOPED_TRACE(byClosing ? "closed" : "STOP");
+        attach(Model::BC785D);
+        fillScanner(*scanner);
+        open();
+        openingDone();
+        ASSERT_TRUE(device->held);
+        click(window->option3D2(0));
+        click(window->command1());
+        ASSERT_TRUE(window->runStarted());
+        scheduler.runUntil([this] { return window->engine().chanid >= 120; }, 3600'000);
+        if (byClosing) {
+            window->reject();
+            EXPECT_FALSE(device->held);   // the port is let go at once
+        } else {
+            click(window->command3d1());
+            EXPECT_TRUE(window->engine().port().isOpen());
+            EXPECT_TRUE(window->command1()->isEnabled());
+            EXPECT_TRUE(window->frame3D6()->isEnabled());
+            EXPECT_TRUE(window->isVisible());
+        }
+        EXPECT_EQ(window->engine().stopflag, 1);
+        EXPECT_FALSE(window->runFinished());
 
-    // Half way the status fields follow the channel.
-    scheduler.runUntil([this] { return window->engine().chanid >= 150; }, 3600'000);
-    window->refreshStatus();
-    EXPECT_EQ(window->text4()->text(), qs("150"));
-    EXPECT_GT(window->panel3d1()->value(), 40);
-    EXPECT_LT(window->panel3d1()->value(), 60);
-
-    ASSERT_TRUE(runToEnd());
-    EXPECT_TRUE(window->runFinished());
-    EXPECT_FALSE(window->isVisible());
-    EXPECT_EQ(window->result(), QDialog::Accepted);
-    EXPECT_TRUE(messages().empty());
-
-    EXPECT_EQ(doc.memdata[1][1][col::freq], "0155.1000");
-    EXPECT_EQ(doc.memdata[1][1][col::tag], "Fire dispatch");
-    EXPECT_EQ(doc.memdata[1][2][col::tag], "Fire  tac ");
-    EXPECT_EQ(doc.memdata[1][40][col::freq], "0460.2500");
-    EXPECT_EQ(doc.memdata[1][50][col::freq], "0000.0000");
-    EXPECT_EQ(doc.memdata[1][50][col::tag], " ");
-    EXPECT_EQ(doc.memdata[0][1][col::tag], "Not read");
-    EXPECT_EQ(doc.priochan[1], 140);
-    EXPECT_EQ(window->readPipeline()->onebankread, 1);
-    EXPECT_TRUE(std::filesystem::exists(dir.path() / "rxdat.txt"));
-}
-
-TEST_F(Arcomm8Test, StopEndsTheRunKeepsWhatWasReadAndGivesTheButtonsBack)
-{
-    attach(Model::BC785D);
-    fillScanner(*scanner);
-    open();
-    openingDone();
-    click(window->option3D2(0));
-    click(window->command1());
-    ASSERT_TRUE(window->runStarted());
-    scheduler.runUntil([this] { return window->engine().chanid >= 120; }, 3600'000);
-    click(window->command3d1());
-
-    EXPECT_EQ(window->engine().stopflag, 1);
-    EXPECT_TRUE(window->engine().port().isOpen());
-    EXPECT_TRUE(window->command1()->isEnabled());
-    EXPECT_TRUE(window->frame3D6()->isEnabled());
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_FALSE(window->runFinished());
-
-    // Nothing more is read however long the window stays.
-    const int at = window->engine().chanid;
-    scheduler.advance(60'000);
-    EXPECT_EQ(window->engine().chanid, at);
-    EXPECT_EQ(doc.memdata[0][1][col::freq], "0146.5200");
-    EXPECT_EQ(doc.memdata[1][1][col::freq], "0155.1000");
-    EXPECT_EQ(doc.memdata[1][40][col::freq], "Empty");   // cleared, not reached
-    EXPECT_TRUE(messages().empty());
+        // Nothing more is read however long the window stays.
+        const int at = window->engine().chanid;
+        scheduler.advance(60'000);
+        EXPECT_EQ(window->engine().chanid, at);
+        EXPECT_EQ(device->held, !byClosing);
+        EXPECT_EQ(doc.memdata[0][1][col::freq], "0146.5200");
+        EXPECT_EQ(doc.memdata[1][1][col::freq], "0155.1000");
+        EXPECT_EQ(doc.memdata[1][40][col::freq], "Empty");   // cleared, not reached
+        EXPECT_TRUE(dialogs.shown.empty());
+        window.reset();
+    }
 }
 
 TEST_F(Arcomm8Test, AScannerThatDoesNotAnswerIsNotDetected)
@@ -323,7 +262,6 @@ TEST_F(Arcomm8Test, AScannerThatDoesNotAnswerIsNotDetected)
     attach(Model::BC785D);
     device->respond = [](std::string_view) { return std::string(); };
     open();
-    EXPECT_EQ(window->frame3D2()->title(), qs("Communication BC7xxD"));   // the document's family
     openingDone();
     dialogs.shown.clear();
     click(window->option3D2(0));
@@ -345,26 +283,6 @@ TEST_F(Arcomm8Test, APortBoundToNothingIsToldAtLoadAndTheWindowStays)
     EXPECT_TRUE(window->isVisible());
 }
 
-TEST_F(Arcomm8Test, ClosingTheWindowMidRunStopsTheRunAndLetsGoOfThePort)
-{
-    attach(Model::BC785D);
-    fillScanner(*scanner);
-    open();
-    openingDone();
-    ASSERT_TRUE(window->engine().port().isOpen());
-    EXPECT_TRUE(device->held);
-    click(window->option3D2(0));
-    click(window->command1());
-    scheduler.runUntil([this] { return window->engine().chanid >= 10; }, 3600'000);
-    window->reject();
-    EXPECT_FALSE(device->held);
-    EXPECT_EQ(window->engine().stopflag, 1);
-    const int at = window->engine().chanid;
-    scheduler.advance(60'000);
-    EXPECT_EQ(window->engine().chanid, at);
-    EXPECT_FALSE(device->held);
-}
-
 // Read Data from the main window: the guard, the question of an unsaved
 // document, and the read through the window into the grid.
 class ReadDataMenuTest : public ::testing::Test, protected test::MainWindowRig {
@@ -376,9 +294,8 @@ protected:
         start(options);
     }
 
-    // Runs body on the transfer window once it is up (its load has run by
-    // then), triggering the entry opens it; what body leaves open is closed.
-    // False when no transfer window opened.
+    // Runs body on the Read Data window once it is up (its load has run by
+    // then); false when no window opened.
     bool whileOpen(const std::function<void(Arcomm8*)>& body) { return ifOpened<Arcomm8>("menread", body); }
 };
 
@@ -388,39 +305,54 @@ TEST_F(ReadDataMenuTest, ReadingBankTwoThroughTheWindowFillsTheGridAndTheTabs)
     // Bank 2 is on show with a channel the scanner does not have.
     doc.memdata[1][50][col::freq] = "0853.0000";
     doc.memdata[1][50][col::tag] = "Stale";
-    QTest::mouseClick(window->tabbed1(), Qt::LeftButton, {}, window->tabbed1()->tabRect(1).center());
+    clickTab(1);
     ASSERT_EQ(doc.currentBank, 1);
-    ASSERT_EQ(shown(50, 2), qs("Stale"));
+    ASSERT_EQ(shown(50, 2), "Stale");
+    doc.memdata[0][1][col::tag] = "Not read";   // another bank stays
     ASSERT_TRUE(window->action("menread")->isEnabled());
     bool closedByItself = false;
     ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
-        EXPECT_EQ(w->windowTitle(), qs("Read Data"));
+        EXPECT_EQ(w->windowTitle(), "Read Data");
         scheduler.runUntil([w] { return w->readPipeline()->tagsread; }, 60'000);
         w->refreshStatus();
-        EXPECT_EQ(w->combo1()->itemText(1), qs("101 - 200 / 2 / Fire; EMS"));
+        EXPECT_EQ(w->combo1()->itemText(1), "101 - 200 / 2 / Fire; EMS");
         QTest::mouseClick(w->option3D2(1), Qt::LeftButton);
         w->combo1()->setCurrentIndex(1);
         QTest::mouseClick(w->command1(), Qt::LeftButton);
+        EXPECT_FALSE(w->command1()->isEnabled());
+        EXPECT_FALSE(w->frame3D6()->isEnabled());
+
+        // Half way the status fields follow the channel.
+        scheduler.runUntil([w] { return w->engine().chanid >= 150; }, 3600'000);
+        w->refreshStatus();
+        EXPECT_EQ(w->text4()->text(), "150");
+        EXPECT_GT(w->panel3d1()->value(), 40);
+        EXPECT_LT(w->panel3d1()->value(), 60);
+
         scheduler.runUntil([w] { return !w->isVisible(); }, 3600'000);
-        closedByItself = !w->isVisible() && w->runFinished();
+        closedByItself = !w->isVisible() && w->runFinished() && w->result() == QDialog::Accepted;
     }));
     EXPECT_TRUE(closedByItself);
     EXPECT_TRUE(dialogs.shown.empty()) << dialogs.shown.front().text;
     EXPECT_TRUE(doc.dirty);
+    EXPECT_EQ(doc.memdata[0][1][col::tag], "Not read");
+    EXPECT_EQ(doc.priochan[1], 140);
+    EXPECT_TRUE(std::filesystem::exists(dir.path() / "rxdat.txt"));
 
     // The tags as read, an empty one as the scanner's "_".
     EXPECT_EQ(doc.banktags[1], "Fire; EMS");
     EXPECT_EQ(doc.banktags[2], "_");
-    EXPECT_EQ(window->tabbed1()->tabText(1), qs("2: Fire; EMS"));
-    EXPECT_EQ(window->tabbed1()->tabText(0), qs("1: Home"));
+    EXPECT_EQ(window->tabbed1()->tabText(1), "2: Fire; EMS");
+    EXPECT_EQ(window->tabbed1()->tabText(0), "1: Home");
 
-    EXPECT_EQ(shown(1, 1), qs("0155.1000"));
-    EXPECT_EQ(shown(1, 2), qs("Fire dispatch"));
-    EXPECT_EQ(shown(2, 2), qs("Fire  tac "));
-    EXPECT_EQ(shown(40, 1), qs("0460.2500"));
-    EXPECT_EQ(shown(40, 2), qs("Police"));
-    EXPECT_EQ(shown(3, 1), qs(""));
-    EXPECT_EQ(shown(50, 2), qs(""));
+    EXPECT_EQ(shown(1, 1), "0155.1000");
+    EXPECT_EQ(shown(1, 2), "Fire dispatch");
+    EXPECT_EQ(shown(2, 2), "Fire  tac ");
+    EXPECT_EQ(shown(40, 1), "0460.2500");
+    EXPECT_EQ(shown(40, 2), "Police");
+    EXPECT_EQ(shown(3, 1), "");
+    EXPECT_EQ(shown(50, 1), "");   // cleared before the read
+    EXPECT_EQ(shown(50, 2), "");
 }
 
 TEST_F(ReadDataMenuTest, TagsStayWhenTheSettingIsOffOrNoRunFinished)
@@ -461,24 +393,6 @@ TEST_F(ReadDataMenuTest, AnUnsavedDocumentIsAskedAboutFirst)
 
     dialogs.answers = {Answer::No};
     EXPECT_TRUE(whileOpen([](Arcomm8*) {}));
-}
-
-TEST_F(ReadDataMenuTest, TheVirtualControlKeepsThePort)
-{
-    table->vcrunning = true;
-    EXPECT_FALSE(whileOpen([](Arcomm8*) {}));
-    ASSERT_EQ(dialogs.shown.size(), 1u);
-    EXPECT_EQ(dialogs.shown[0].text, MemTable::kVcRunning);
-
-    // The toolbar button goes the same way.
-    QAction* button = toolbarButton("menread");
-    ASSERT_NE(button, nullptr);
-    EXPECT_EQ(button->toolTip(), qs("Read data from scanner"));
-    EXPECT_TRUE(button->isEnabled());
-    dialogs.shown.clear();
-    button->trigger();
-    ASSERT_EQ(dialogs.shown.size(), 1u);
-    EXPECT_EQ(dialogs.shown[0].text, MemTable::kVcRunning);
 }
 
 } // namespace

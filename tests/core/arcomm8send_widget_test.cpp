@@ -1,7 +1,7 @@
 // Send Data from the main window, through the transfer window arcomm8 into the
 // program's built-in virtual scanner, in virtual time: a bank sent, the
-// confirmation refused, an empty bank, Delete Bank, STOP, the Virtual Control
-// guard and the table check before the upload.
+// confirmation refused, an empty bank, Delete Bank, STOP, the table check
+// before the upload, and the Virtual Control's hold on the port.
 
 // The scanner's headers come before Qt's: Qt's keyword macros would otherwise
 // reach into them.
@@ -9,18 +9,13 @@
 #include "sim/virtualscanner.h"
 
 #include "core/arcomm8.h"
-#include "core/gridmodel.h"
-#include "core/memtab.h"
-#include "core/memtable.h"
 
 #include "support/mainwindowrig.h"
 
-#include <QAction>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTableView>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -30,8 +25,6 @@
 
 namespace kestra {
 namespace {
-
-QString qs(const char* text) { return QString::fromUtf8(text); }
 
 class SendDataMenuTest : public ::testing::Test, protected test::MainWindowRig {
 protected:
@@ -50,24 +43,11 @@ protected:
 
     sim::VirtualScanner& scanner() { return ports->virtualScanner(doc.model.model()); }
 
-    // A channel in the store with every code cell set.
-    void put(int bank, int row, const char* freq, const char* tag)
-    {
-        auto& line = doc.memdata[bank][row];
-        line[col::freq] = freq;
-        line[col::tag] = tag;
-        for (int c : {col::trunk, col::record, col::delay, col::recordHidden, col::beep, col::lockout, col::atten,
-                      col::mode, col::step, col::tone})
-            line[c] = "0";
-    }
+    void put(int bank, int row, const char* freq, const char* tag) { test::putChannel(doc, bank, row, freq, tag); }
 
-    // Runs body on the transfer window once it is up (its load has run by
-    // then), triggering the entry that opens it; what body leaves open is
-    // closed. False when no transfer window opened.
-    bool whileOpen(const std::function<void(Arcomm8*)>& body, const char* entry = "memsend")
-    {
-        return ifOpened<Arcomm8>(entry, body);
-    }
+    // Runs body on the Send Data window once it is up (its load has run by
+    // then); false when no window opened.
+    bool whileOpen(const std::function<void(Arcomm8*)>& body) { return ifOpened<Arcomm8>("memsend", body); }
 
     // Chooses Single Bank and a bank in the window.
     static void chooseBank(Arcomm8* w, int bank)
@@ -81,15 +61,6 @@ protected:
         w->refreshStatus();
     }
     bool closesItself(Arcomm8* w) { return scheduler.runUntil([w] { return !w->isVisible(); }, 3600'000); }
-
-    // Types a frequency into a row of the grid on show.
-    void typeFrequency(int row, const char* keys)
-    {
-        QTableView* view = window->memtabel();
-        view->setCurrentIndex(window->gridModel()->indexOfCell(row, gridColumnOfStore(doc.model.bc785d, col::freq)));
-        QTest::keyClicks(view, keys);
-        QTest::keyClick(view, Qt::Key_Return);
-    }
 };
 
 TEST_F(SendDataMenuTest, ASingleBankGoesIntoTheScannerAndTheDocumentStaysAsItWas)
@@ -99,9 +70,9 @@ TEST_F(SendDataMenuTest, ASingleBankGoesIntoTheScannerAndTheDocumentStaysAsItWas
     put(1, 40, "0460.2500", "Police");
     doc.memdata[1][40][col::lockout] = "1";
     // Bank 2 on show, with a channel typed into the grid.
-    QTest::mouseClick(window->tabbed1(), Qt::LeftButton, {}, window->tabbed1()->tabRect(1).center());
+    clickTab(1);
     ASSERT_EQ(doc.currentBank, 1);
-    typeFrequency(2, "162.55");
+    typeInto(2, col::freq, "162.55");
     // What the store holds once it has the grid; the send leaves it so.
     ASSERT_TRUE(table->createbank());
     doc.dirty = false;
@@ -109,12 +80,12 @@ TEST_F(SendDataMenuTest, ASingleBankGoesIntoTheScannerAndTheDocumentStaysAsItWas
 
     bool closedByItself = false;
     ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
-        EXPECT_EQ(w->windowTitle(), qs("Send Data"));
-        EXPECT_EQ(w->command5()->text(), qs("&Send Data"));
-        EXPECT_EQ(w->command3()->text(), qs("&Delete Bank"));
+        EXPECT_EQ(w->windowTitle(), "Send Data");
+        EXPECT_EQ(w->command5()->text(), "&Send Data");
+        EXPECT_EQ(w->command3()->text(), "&Delete Bank");
         EXPECT_TRUE(w->command1()->isHidden());
         tagsRead(w);
-        EXPECT_EQ(w->combo1()->itemText(2), qs("201 - 300 / 3  -  EMPTY / Spare"));
+        EXPECT_EQ(w->combo1()->itemText(2), "201 - 300 / 3  -  EMPTY / Spare");
 
         // Delete Bank is there for a single bank only.
         QTest::mouseClick(w->option3D2(0), Qt::LeftButton);
@@ -151,7 +122,7 @@ TEST_F(SendDataMenuTest, ASingleBankGoesIntoTheScannerAndTheDocumentStaysAsItWas
 
     EXPECT_FALSE(doc.dirty);
     EXPECT_TRUE(doc.memdata == before);
-    EXPECT_EQ(cell(1, col::tag), qs("Fire dispatch"));
+    EXPECT_EQ(cell(1, col::tag), "Fire dispatch");
 }
 
 TEST_F(SendDataMenuTest, NothingGoesOutForANoOrForAnEmptyBank)
@@ -159,10 +130,10 @@ TEST_F(SendDataMenuTest, NothingGoesOutForANoOrForAnEmptyBank)
     put(1, 1, "0155.1000", "Fire dispatch");
     // Bank 1 is on show and has only a channel typed into the grid: the store
     // takes the grid before the window opens, so the bank is not empty there.
-    typeFrequency(1, "146.52");
+    typeInto(1, col::freq, "146.52");
     ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
-        EXPECT_EQ(w->combo1()->itemText(0), qs("1 - 100 / 1"));
-        EXPECT_EQ(w->combo1()->itemText(2), qs("201 - 300 / 3  -  EMPTY"));
+        EXPECT_EQ(w->combo1()->itemText(0), "1 - 100 / 1");
+        EXPECT_EQ(w->combo1()->itemText(2), "201 - 300 / 3  -  EMPTY");
         tagsRead(w);
         chooseBank(w, 1);
         dialogs.answers = {Answer::No};
@@ -248,25 +219,27 @@ TEST_F(SendDataMenuTest, StopMidRunGivesSendDataBack)
     EXPECT_EQ(memory.channel(201).freq, 1545000u);
 }
 
-TEST_F(SendDataMenuTest, TheVirtualControlKeepsThePort)
+// Read Data, Send Data and Rs232 setup: none opens while the Virtual Control
+// holds the port, from the menu or the toolbar, and each opens once it is gone.
+using PortGuardTest = SendDataMenuTest;
+
+TEST_F(PortGuardTest, NoPortWindowOpensWhileTheVirtualControlRuns)
 {
-    table->vcrunning = true;
-    EXPECT_FALSE(whileOpen([](Arcomm8*) {}));
-    ASSERT_EQ(dialogs.shown.size(), 1u);
-    EXPECT_EQ(dialogs.shown[0].text, MemTable::kVcRunning);
-
-    QAction* button = toolbarButton("memsend");
-    ASSERT_NE(button, nullptr);
-    EXPECT_EQ(button->toolTip(), qs("Send data to scanner"));
-    EXPECT_TRUE(button->isEnabled());
-    dialogs.shown.clear();
-    button->trigger();
-    ASSERT_EQ(dialogs.shown.size(), 1u);
-    EXPECT_EQ(dialogs.shown[0].text, MemTable::kVcRunning);
-
-    table->vcrunning = false;
-    dialogs.shown.clear();
-    EXPECT_TRUE(whileOpen([](Arcomm8*) {}));
+    for (const char* key : {"menread", "memsend", "comset"}) {
+        SCOPED_TRACE(key);
+        table->vcrunning = true;
+        dialogs.shown.clear();
+        EXPECT_FALSE(ifOpened<QDialog>(key, [](QDialog*) {}));
+        std::size_t tries = 1;
+        if (QAction* button = toolbarButton(key)) {
+            EXPECT_TRUE(button->isEnabled());
+            button->trigger();
+            ++tries;
+        }
+        EXPECT_EQ(messages(), std::vector<std::string>(tries, MemTable::kVcRunning));
+        table->vcrunning = false;
+        EXPECT_TRUE(ifOpened<QDialog>(key, [](QDialog*) {}));
+    }
 }
 
 TEST_F(SendDataMenuTest, TheTableCheckRunsBeforeTheUploadWhenChosen)
@@ -295,7 +268,7 @@ TEST_F(SendDataMenuTest, TheTableCheckRunsBeforeTheUploadWhenChosen)
     EXPECT_EQ(scanner().memory().channel(5).freq, 9560000u);
     EXPECT_EQ(scanner().memory().channel(5).tag, "Too high");
     EXPECT_EQ(doc.memdata[0][5][col::freq], "0956.0000");
-    EXPECT_EQ(cell(5, col::freq), qs("0956.0000"));
+    EXPECT_EQ(cell(5, col::freq), "0956.0000");
     EXPECT_TRUE(doc.dirty);   // the check corrected the document
 }
 

@@ -3,8 +3,6 @@
 // bank back.
 
 #include "core/easy2.h"
-#include "core/memtab.h"
-#include "core/memtable.h"
 
 #include "support/mainwindowrig.h"
 
@@ -20,16 +18,7 @@
 namespace kestra {
 namespace {
 
-class EasyFillWindowTest : public ::testing::Test, protected test::MainWindowRig {
-protected:
-    void SetUp() override
-    {
-        Options options;
-        options.beforeWindow = [&] { doc.model = ModelSwitches::of(Model::BC785D); };
-        MainWindowRig::start(options);
-    }
-
-
+struct EasyFillWindowTest : test::ModelWindowTest<Model::BC785D> {
     static void type(QLineEdit* box, const char* text)
     {
         box->selectAll();
@@ -41,7 +30,6 @@ protected:
 TEST_F(EasyFillWindowTest, OkFillsTheRangeWith833kHzStepsAndTheGridShowsThem)
 {
     whileOpen<Easy2>("tabeasy", [&](Easy2* w) {
-        EXPECT_EQ(w->objectName(), "easy2");
         EXPECT_EQ(w->windowTitle(), "Easy Fill BC785D");
         EXPECT_EQ(w->text1()->text(), "01");
         EXPECT_EQ(w->text2()->text(), "100");

@@ -2,8 +2,6 @@
 // lines from the Edit menu, and a swap of banks from the toolbar with Apply.
 
 #include "core/editmenu.h"
-#include "core/memtab.h"
-#include "core/memtable.h"
 
 #include "support/mainwindowrig.h"
 
@@ -20,15 +18,7 @@
 namespace kestra {
 namespace {
 
-class MemoryManagerWindowTest : public ::testing::Test, protected test::MainWindowRig {
-protected:
-    void SetUp() override
-    {
-        Options options;
-        options.beforeWindow = [&] { doc.model = ModelSwitches::of(Model::BC250D); };
-        MainWindowRig::start(options);
-    }
-};
+using MemoryManagerWindowTest = test::ModelWindowTest<Model::BC250D>;
 
 TEST_F(MemoryManagerWindowTest, MovingTheSelectedLinesEmptiesThemAndUndoBringsThemBack)
 {

@@ -4,47 +4,31 @@
 
 #include "core/gridmodel.h"
 #include "core/info.h"
-#include "core/memtab.h"
-#include "core/memtable.h"
 
 #include "support/mainwindowrig.h"
 
 #include <QDialog>
 #include <QKeyEvent>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
-#include <QProgressBar>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTableView>
 #include <QTest>
-#include <QTimer>
 #include <QToolBar>
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <map>
-#include <memory>
-#include <set>
+#include <tuple>
 
 namespace kestra {
 namespace {
 
-using test::channelLine;
-
 QString qs(const char* utf8) { return QString::fromUtf8(utf8); }
-
-// A channel line with valid codes: frequency, tag, then all switches off,
-// no delay, no tone, FM, 5 kHz steps.
-std::string plainChannel(int number, const std::string& freq, const std::string& tag)
-{
-    return channelLine(number, {freq, tag, "0", "0", "0", "0", "0", "0", "0", "0", "0", "0"});
-}
 
 class MemtabTest : public ::testing::Test, protected test::MainWindowRig {
 protected:
@@ -60,14 +44,16 @@ protected:
 
     QAction* entry(const char* name) { return window->action(name); }
 
-    // A MEM file in the temporary folder with a few channels and bank tags.
+    // A MEM file in the temporary folder with a few channels (all switches
+    // off, no delay, no tone, FM, 5 kHz steps) and bank tags.
     std::string writeMem(const std::string& name)
     {
         test::HandMadeMem mem;
         mem.header = "KESTRA MEM V1.02 - made by the test";
-        mem.channels = {{5, plainChannel(5, "146.0000", "Old tag")},
-                        {205, plainChannel(205, "155.1000", "Fire")},
-                        {301, plainChannel(301, "460.2500", "Police")}};
+        for (auto [number, freq, tag] : {std::tuple{5, "146.0000", "Old tag"}, {205, "155.1000", "Fire"},
+                                         {301, "460.2500", "Police"}})
+            mem.channels.emplace_back(number, test::channelLine(number, {freq, tag, "0", "0", "0", "0", "0", "0",
+                                                                         "0", "0", "0", "0"}));
         mem.bankTags = {"North", "South", "Fire dept", "Bank: 4", "Bank: 5", "Bank: 6",
                         "Bank: 7", "Bank: 8", "Bank: 9", "Bank: 10", "Dummy", "Search"};
         const std::string path = dir.file(name);
@@ -82,12 +68,6 @@ protected:
         entry("tabopen")->trigger();
     }
 
-    void clickTab(int index)
-    {
-        QTabBar* tabs = window->tabbed1();
-        QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(index).center());
-    }
-
     // Opens the cell's text box with Enter, types text over what it holds and,
     // when enter is set, closes it with Enter.
     void typeIntoCell(int row, int col, const QString& text, bool enter = true)
@@ -96,8 +76,8 @@ protected:
         const QModelIndex at = window->gridModel()->indexOfCell(row, col);
         view->setCurrentIndex(at);
         QTest::keyClick(view, Qt::Key_Return);
-        QLineEdit* editor = openEditor();
-        ASSERT_NE(editor, nullptr);
+        QLineEdit* editor = window->text1();
+        ASSERT_TRUE(editor->isVisible());
         editor->selectAll();
         for (const QChar ch : text) {
             if (ch.unicode() < 128) {
@@ -112,21 +92,11 @@ protected:
         if (enter) QTest::keyClick(editor, Qt::Key_Return);
     }
 
-    // The cell's text box on the grid, if one is open.
-    QLineEdit* openEditor() const
-    {
-        for (QLineEdit* editor : window->memtabel()->viewport()->findChildren<QLineEdit*>())
-            if (editor->isVisible()) return editor;
-        return nullptr;
-    }
-
     QString channelHeader(int row) const
     {
         return window->gridModel()->headerData(row - 1, Qt::Vertical).toString();
     }
 };
-
-// ---- Files, tabs and editing ---------------------------------------------------------
 
 TEST_F(MemtabTest, OpenedFileShowsInGridAndTabsAndStatusBar)
 {
@@ -137,18 +107,15 @@ TEST_F(MemtabTest, OpenedFileShowsInGridAndTabsAndStatusBar)
     EXPECT_EQ(dialogs.asked[0].kind, ScriptedDialogs::ChooserKind::Open);
     EXPECT_EQ(window->windowTitle().toStdString(), "Kestra Console for Uniden UBC3300 - [ " + path + " ]");
     EXPECT_EQ(window->filePanel()->text().toStdString(), path);
-    EXPECT_EQ(window->tabbed1()->tabText(0), "1: North");
-    EXPECT_EQ(window->tabbed1()->tabText(2), "3: Fire dept");
-    EXPECT_EQ(window->tabbed1()->tabText(10), "Dummy");
+    for (auto [tab, text] : {std::pair{0, "1: North"}, {2, "3: Fire dept"}, {10, "Dummy"}})
+        EXPECT_EQ(window->tabbed1()->tabText(tab), text);
     EXPECT_EQ(window->frameLabel()->text(), "North");
 
-    EXPECT_EQ(shown(5, 1), "0146.0000");
-    EXPECT_EQ(shown(5, 2), "Old tag");
-    EXPECT_EQ(shown(5, 3), "Off");
-    EXPECT_EQ(shown(5, 9), "FM");
-    EXPECT_EQ(shown(6, 1), "");   // an empty channel shows blank throughout
+    // A channel shows its codes as texts; an empty one shows blank throughout.
+    for (auto [col, text] : {std::pair{1, "0146.0000"}, {2, "Old tag"}, {3, "Off"}, {9, "FM"}})
+        EXPECT_EQ(shown(5, col), text);
+    EXPECT_EQ(shown(6, 1), "");
     EXPECT_EQ(shown(6, 9), "");
-    EXPECT_EQ(channelHeader(1), "1");
     EXPECT_EQ(channelHeader(100), "100");
 
     clickTab(2);
@@ -225,40 +192,27 @@ TEST_F(MemtabTest, OpenEditorIsClosedIntoTheGridByATabChange)
     EXPECT_EQ(grid.text(3, 2), "");   // still in the editor
     window->actionArray("bk0")[1]->trigger();
     EXPECT_EQ(doc.currentBank, 1);
-    EXPECT_EQ(openEditor(), nullptr);
+    EXPECT_FALSE(window->text1()->isVisible());
     EXPECT_TRUE(doc.dirty);
     EXPECT_EQ(doc.cell(0, 3, col::tag), "Half typed");
     window->actionArray("bk0")[0]->trigger();
     EXPECT_EQ(shown(3, 2), "");   // a row without a frequency shows blank
 }
 
-TEST_F(MemtabTest, CaptionFollowsFileNameAndModel)
+TEST_F(MemtabTest, CaptionFollowsTheSavedFileAndNew)
 {
-    EXPECT_EQ(window->windowTitle(), "Kestra Console for Uniden UBC3300 - [ Untitled ]");
-    EXPECT_EQ(entry("men_ar5")->text(), "&UBC3300");
-    EXPECT_EQ(window->gridModel()->columnCount(), 10);
-
-    table->setModel(ModelSwitches::of(Model::BC785D));
-    EXPECT_EQ(window->windowTitle(), "Kestra Console for Uniden BC785D - [ Untitled ]");
-    EXPECT_EQ(entry("men_ar5")->text(), "&BC785D");
-    ASSERT_EQ(window->gridModel()->columnCount(), 11);
-    EXPECT_EQ(window->gridModel()->headerData(4, Qt::Horizontal).toString(), "Record");
-    EXPECT_EQ(window->gridModel()->headerData(10, Qt::Horizontal).toString(), "Step");
-
     typeIntoCell(1, 1, "162.4");
     dialogs.files.push_back(dir.file("weather"));
     entry("tabsaveas")->trigger();
     const std::string saved = dir.file("weather") + ".mem";
     EXPECT_TRUE(std::filesystem::exists(saved));
-    EXPECT_EQ(window->windowTitle().toStdString(), "Kestra Console for Uniden BC785D - [ " + saved + " ]");
+    EXPECT_EQ(window->windowTitle().toStdString(), "Kestra Console for Uniden UBC3300 - [ " + saved + " ]");
     EXPECT_EQ(window->filePanel()->text().toStdString(), saved);
 
     entry("menunew")->trigger();
-    EXPECT_EQ(window->windowTitle(), "Kestra Console for Uniden BC785D - [ Untitled ]");
+    EXPECT_EQ(window->windowTitle(), "Kestra Console for Uniden UBC3300 - [ Untitled ]");
     EXPECT_EQ(shown(1, 1), "");
 }
-
-// ---- Exit ----------------------------------------------------------------------------------
 
 TEST_F(MemtabTest, ExitWithUnsavedDataAsksAndCancelKeepsTheWindow)
 {
@@ -310,15 +264,16 @@ TEST_F(MemtabTest, ExitWithoutTheFirstQuestionSavesOnYes)
     EXPECT_NE(test::readBytes(path).find("\r\n2,\"0453.1000\","), std::string::npos);
 }
 
-TEST_F(MemtabTest, CleanDocumentExitsWithoutTheSaveQuestion)
+TEST_F(MemtabTest, CleanDocumentExitsWithoutAQuestionAndKeepsWidthsButNoPlace)
 {
     settings.option4 = 1;
     EXPECT_TRUE(window->close());
     EXPECT_TRUE(dialogs.shown.empty());
     EXPECT_TRUE(std::filesystem::exists(dir.file("lastused.sav")));
+    // window and tabwidth are off: no place is kept, the widths are written all the same.
+    EXPECT_FALSE(std::filesystem::exists(dir.path() / "window.dat"));
+    EXPECT_EQ(fileLines("tabw250.ini").size(), 10u);
 }
-
-// ---- Window place and column widths -----------------------------------------------------------
 
 class MemtabPlaceTest : public MemtabTest {
 protected:
@@ -351,25 +306,14 @@ TEST_F(MemtabPlaceTest, PlaceAndColumnWidthsComeFromTheirFilesAndGoBackAtExit)
     window->memtabel()->setColumnWidth(2, 77);
     window->resize(640, 420);
     EXPECT_TRUE(window->close());
-    EXPECT_EQ(test::crlfLines(test::readBytes(dir.path() / "tabw785.ini")),
-              (std::vector<std::string>{"1500", "3000", "1155", "750", "750", "750", "750", "750", "750", "750",
-                                        "600"}));
-    const auto place = test::crlfLines(test::readBytes(dir.path() / "window.dat"));
+    EXPECT_EQ(fileLines("tabw785.ini"), (std::vector<std::string>{"1500", "3000", "1155", "750", "750", "750",
+                                                                 "750", "750", "750", "750", "600"}));
+    const auto place = fileLines("window.dat");
     ASSERT_EQ(place.size(), 5u);
     EXPECT_EQ(place[2], "9600");
     EXPECT_EQ(place[3], "6300");
     EXPECT_EQ(place[4], "0");
 }
-
-TEST_F(MemtabTest, WithoutTheSettingsNoPlaceIsKeptButWidthsAre)
-{
-    settings.option4 = 1;
-    EXPECT_TRUE(window->close());
-    EXPECT_FALSE(std::filesystem::exists(dir.path() / "window.dat"));
-    EXPECT_EQ(test::crlfLines(test::readBytes(dir.path() / "tabw250.ini")).size(), 10u);
-}
-
-// ---- Bank Empty Status -----------------------------------------------------------------------
 
 TEST_F(MemtabTest, BankEmptyStatusListsTheBanksWithoutChannels)
 {
@@ -392,97 +336,7 @@ TEST_F(MemtabTest, BankEmptyStatusListsTheBanksWithoutChannels)
     dialog->accept();
 }
 
-// ---- Menus, toolbars, bars and pop-up ---------------------------------------------------------
-
-struct MenuEntry {
-    const char* menu;
-    const char* name;
-    const char* caption;
-};
-
-// Every control of the menus with its caption, menu by menu, in order.
-const MenuEntry kMenuTree[] = {
-    {"file_tab", "menunew", "&New"}, {"file_tab", "tabopen", "&Open"}, {"file_tab", "openspecial", "Open special"},
-    {"file_tab", "savenu", "&Save"}, {"file_tab", "tabsaveas", "Save &As"}, {"file_tab", "mnuimp2", "&Import"},
-    {"mnuimp2", "impicf", "Import &ICF File"}, {"mnuimp2", "impadv", "Import ICF File &Advanced..."},
-    {"mnuimp2", "imp_ic2", "Frequencies from MEM File..."},
-    {"mnuimp2", "imp_trtags", "Trunk ID's and Tags from MEM file"},
-    {"mnuimp2", "imp_trset", "Trunk Settings from MEM file"},
-    {"mnuimp2", "impsrc1", "Search Range Data from MEM file"},
-    {"file_tab", "open_780file", "Open LORVEN mem file"}, {"file_tab", "expcsv", "&Export CSV Data"},
-    {"file_tab", "menuprint", "&Print..."}, {"file_tab", "setup_print", "Setup Printer Layout"},
-    {"file_tab", "filenaam", "No old Files"}, {"file_tab", "imp_csv", "&Advanced Data Import"},
-    {"file_tab", "catch", "Web Frequency &Catcher"}, {"file_tab", "backrest", "&Backup and Restore"},
-    {"file_tab", "exit_tab", "E&xit"},
-    {"tab_edit", "tabundo", "&Undo"}, {"tab_edit", "tab_cut", "Cu&t"}, {"tab_edit", "tab_copy", "&Copy"},
-    {"tab_edit", "tab_paste", "&Paste"}, {"tab_edit", "tab_delete", "&Delete                              Del"},
-    {"tab_edit", "cut_line", "Cut Line(s)"}, {"tab_edit", "copy_line", "Copy Line(s)"},
-    {"tab_edit", "paste_line", "Paste Line(s)"}, {"tab_edit", "paste_special", "Paste Line Special"},
-    {"tab_edit", "copy_channhels", "Copy/Move/Swap Memory &Channels"},
-    {"tab_edit", "swapbanks", "Copy/Move/Swap Memory &Banks"}, {"tab_edit", "edit_shiftup", "Shift Channel Up"},
-    {"tab_edit", "edit_shiftdown", "Shift Channel Down"}, {"tab_edit", "tabselect", "Select &All"},
-    {"tab_edit", "menufind", "&Find..."}, {"tab_edit", "menu_repl", "Replace"},
-    {"tab_edit", "menucreate", "C&lear Current Bank"},
-    {"viewmenu", "bk0", "Bank 1"}, {"viewmenu", "mnu_toolb", "Toolbar"}, {"viewmenu", "nu_hbar", "Helpbar"},
-    {"viewmenu", "restable", "Reset Table Width"},
-    {"memtab_edit", "memtab_delline", "&Clear Selected Lines          Shift Del"},
-    {"memtab_edit", "memtab_inslin", "&Insert Empty Line"},
-    {"memtab_edit", "memtab_remlines", "Remove &All Empty Lines"},
-    {"memtab_edit", "memtab_shiftup", "&Remove Selected Lines  "},
-    {"memtab_edit", "remove_pass", "Clear All &Lockout Channels"},
-    {"memtab_edit", "rempskip", "Clear All &Pskip Channels"}, {"memtab_edit", "menu_fd", "&Fill Down"},
-    {"memtab_edit", "menu_fs", "Fill Series"}, {"memtab_edit", "emptystatus", "Show Bank Empty Status"},
-    {"memtab_edit", "memdupli", "Find &Duplicate Channels"}, {"memdupli", "fd_curbank", "in Current Bank"},
-    {"memdupli", "fd_allbanks", "in All Banks"}, {"memdupli", "find_duplisub", "Including Subtone"},
-    {"memtab_edit", "remove_dupli", "Remove D&uplicate Channels"},
-    {"memtab_edit", "memtab_sort", "&Sort by Frequency "}, {"memtab_sort", "sort_up", "&Ascending OLD"},
-    {"memtab_sort", "sort_down", "&Descending OLD"}, {"memtab_sort", "sort_allb", "&Ascending"},
-    {"memtab_sort", "sort_rangedown", "&Descending"}, {"memtab_edit", "tabeasy", "&Easy Fill"},
-    {"memtab_edit", "checktab", "Check &Data In Table"},
-    {"memtab_edit", "runband", "Check Table using &Bandplan"}, {"runband", "runband1", "Current Bank"},
-    {"runband", "runband2", "All Banks"}, {"memtab_edit", "tag_ption", "Table Tags Options"},
-    {"tag_ption", "center_tags", "Center Memory Tags"}, {"tag_ption", "rem_space", "Remove Leading Spaces"},
-    {"men_ar5", "menread", "&Read Data From Scanner"}, {"men_ar5", "memsend", "&Send Data To Scanner"},
-    {"men_ar5", "vc", "&Virtual Control"}, {"men_ar5", "ditun", "Direct Tune"},
-    {"men_ar5", "mnu_prioch", "Priority Channels"}, {"men_ar5", "other82", "&Other Options"},
-    {"men_ar5", "setdelay", "&Easy program"}, {"men_ar5", "debugs", "Send Data Debug"},
-    {"men_ar5", "comset", "Rs232 &Communication and Scanner Model Setup"},
-    {"menu_trunk", "mnu_idlist", "&ID List"}, {"menu_trunk", "trunkset", "&System Settings"},
-    {"srcmenu1", "redit", "&Range Editor"}, {"srcmenu1", "sextender", "Search Range &Extender"},
-    {"srcmenu1", "srclockout", "&Lockout Frequencies"},
-    {"setupdt", "preset_step", "Preset &Offset Settings"}, {"setupdt", "tbtags", "&Bank Tags"},
-    {"setupdt", "set_search", "&Active Banks"}, {"setupdt", "setdef", "Setup &Default Data"},
-    {"setupdt", "soft_options", "&Software Options"},
-    {"menu_help", "help_edit", "&Contents"}, {"menu_help", "srchelp", "&Search For Help On.."},
-    {"menu_help", "open_manaul", "Read User Manual"}, {"menu_help", "shortkey", "&Keyboard Shortcuts"},
-    {"menu_help", "hpabout", "&About"},
-    {"tabpop", "popedit", "Edit"}, {"popedit", "popcut", "Cut "}, {"popedit", "popcopy", "Copy"},
-    {"popedit", "tabpaste", "Paste"}, {"popedit", "pop_delete", "Delete"}, {"popedit", "popcline", "Cut Line"},
-    {"popedit", "popcopyline", "Copy Line"}, {"popedit", "poppasteline", "Paste Line"},
-    {"popedit", "popdel", "Clear Selected Lines"}, {"popedit", "popinster", "Insert Line"},
-    {"popedit", "popshift", "Remove Selected Lines"}, {"popedit", "pop_shiftup", "Shift Channel Up"},
-    {"popedit", "pop_shiftdown", "Shift Channel Down"}, {"popedit", "easypopup", "Easy Fill"},
-    {"popedit", "popfill", "Fill Down"},
-};
-
-// The entries that work in this version; every other entry is there, disabled.
-const std::set<std::string> kWorkingEntries = {"menunew", "tabopen", "openspecial", "savenu", "tabsaveas",
-                                               "open_780file", "exit_tab", "bk0", "mnu_toolb", "nu_hbar",
-                                               "emptystatus", "backrest", "hpabout", "popedit", "restable", "setdef",
-                                               "soft_options", "checktab", "runband1", "runband2", "shortkey",
-                                               "comset", "menread", "memsend", "tabundo", "tab_cut",
-                                               "tab_copy", "tab_paste", "tab_delete", "cut_line", "copy_line",
-                                               "paste_line", "edit_shiftup", "edit_shiftdown", "memtab_delline",
-                                               "memtab_inslin", "memtab_remlines", "memtab_shiftup", "remove_pass",
-                                               "menu_fd", "menu_fs", "tabeasy", "easypopup", "menucreate",
-                                               "copy_channhels", "swapbanks", "tabselect", "paste_special",
-                                               "center_tags", "rem_space", "popcut", "popcopy", "tabpaste",
-                                               "pop_delete", "popcline", "popcopyline", "poppasteline", "popdel",
-                                               "popinster", "popshift", "pop_shiftup", "pop_shiftdown", "popfill",
-                                               "sort_allb", "sort_rangedown", "sort_up", "sort_down", "fd_curbank",
-                                               "fd_allbanks", "find_duplisub", "remove_dupli", "menufind", "menu_repl"};
-
-TEST_F(MemtabTest, MenuTreeHasEveryControlWithItsCaption)
+TEST_F(MemtabTest, MenuBarHasItsMenusAndTheBankEntriesOfTheTabs)
 {
     QStringList top;
     for (QAction* a : window->menuBar()->actions()) top << a->objectName() + "=" + a->text();
@@ -490,31 +344,6 @@ TEST_F(MemtabTest, MenuTreeHasEveryControlWithItsCaption)
                                 "men_ar5=&UBC3300", "menu_trunk=&Trunk", "srcmenu1=Sea&rch", "setupdt=&Setup",
                                 "menu_help=&Help"}));
     EXPECT_EQ(window->tabpop()->title(), "Popup");
-
-    std::map<std::string, int> position;   // the entries of each menu must come in table order
-    for (const MenuEntry& e : kMenuTree) {
-        SCOPED_TRACE(e.name);
-        QMenu* menu = window->findChild<QMenu*>(e.menu);
-        ASSERT_NE(menu, nullptr);
-        QAction* found = nullptr;
-        int index = 0, at = 0;
-        for (QAction* a : menu->actions()) {
-            if (a->isSeparator()) continue;
-            if (a->objectName() == e.name && !found) {
-                found = a;
-                at = index;
-            }
-            ++index;
-        }
-        ASSERT_NE(found, nullptr);
-        EXPECT_EQ(found->text().toStdString(), e.caption);
-        EXPECT_GE(at, position[e.menu]);
-        position[e.menu] = at;
-        const bool working = kWorkingEntries.count(e.name) > 0;
-        if (!found->menu()) {
-            EXPECT_EQ(found->isEnabled(), working);
-        }
-    }
 
     QStringList banks;
     for (QAction* a : window->actionArray("bk0")) banks << a->text();
@@ -524,50 +353,30 @@ TEST_F(MemtabTest, MenuTreeHasEveryControlWithItsCaption)
     EXPECT_EQ(window->actionArray("filenaam").size(), 4u);
 }
 
-TEST_F(MemtabTest, ToolbarsHaveTheirTipsInOrderAndCallTheMenuHandlers)
+TEST_F(MemtabTest, ToolbarButtonsHaveTipsAndIconsAndFollowTheirMenuEntries)
 {
-    auto tips = [](QToolBar* bar) {
-        QStringList list;
-        for (QAction* a : bar->actions()) {
-            EXPECT_EQ(a->statusTip(), a->toolTip());
-            EXPECT_FALSE(a->icon().isNull());
-            list << a->toolTip();
-        }
-        return list;
-    };
-    EXPECT_EQ(tips(window->toolbar1()),
-              (QStringList{"End program", "Open a file from disk", "Save a file", "Undo", "Cut", "Copy", "Paste",
-                           "Copy/Move/Swap channels", "Copy/Move/Swap Banks", "Clear selected lines",
-                           "Insert empty line", "Remove empty lines", "Remove lines and shift up",
-                           "Clear selected area", "Fill Down", "Fill Series", "Fill line with default data",
-                           "Search Range Editor", "Read data from scanner", "Send data to scanner"}));
-    EXPECT_EQ(tips(window->toolbar2()),
-              (QStringList{"Print option", "Advanced Data Import", "WebCatcher", "Direct Tune", "Cut Line(s)",
-                           "Copy Line(s)", "Paste Line(s)", "Clear sheet", "Center memory tags", "Sort Ascending",
-                           "Sort Decending", "Find Duplicates", "Remove Duplicates", "EasyFill", "Find",
-                           "Check data is valid", "Virtual Control Panel", "Setup bank tags", "Software setup",
-                           "Shift Channel Down", "Shift Channel up"}));
-
+    EXPECT_EQ(window->toolbar1()->actions().size(), 20);
+    EXPECT_EQ(window->toolbar2()->actions().size(), 21);
     // Each button carries the key of its menu handler and is usable exactly when that entry is.
     for (QToolBar* bar : {window->toolbar1(), window->toolbar2()})
         for (QAction* button : bar->actions()) {
             const std::string key = button->property("key").toString().toStdString();
             SCOPED_TRACE(key);
+            EXPECT_FALSE(button->toolTip().isEmpty());
+            EXPECT_EQ(button->statusTip(), button->toolTip());
+            EXPECT_FALSE(button->icon().isNull());
             QAction* menuEntry = window->action(key);
             EXPECT_EQ(button->isEnabled(), menuEntry != nullptr && menuEntry->isEnabled());
         }
-    EXPECT_EQ(window->toolbar1()->actions()[2]->property("key").toString(), "savenu");
-    EXPECT_EQ(window->toolbar2()->actions()[19]->property("key").toString(), "edit_shiftdown");
 
     // "Open a file from disk" runs File > Open.
     const std::string path = writeMem("toolbar.mem");
     dialogs.files.push_back(path);
-    QAction* open = window->toolbar1()->actions()[1];
-    QTest::mouseClick(window->toolbar1()->widgetForAction(open), Qt::LeftButton);
+    QTest::mouseClick(window->toolbar1()->widgetForAction(toolbarButton("tabopen")), Qt::LeftButton);
     EXPECT_EQ(doc.fnaam, path);
 
     // A button follows its entry when the entry is switched off and on later.
-    QAction* undoButton = window->toolbar1()->actions()[3];
+    QAction* undoButton = toolbarButton("tabundo");
     EXPECT_TRUE(undoButton->isEnabled());
     entry("tabundo")->setEnabled(false);
     EXPECT_FALSE(undoButton->isEnabled());
@@ -649,12 +458,10 @@ TEST_F(GridModelTest, ShowsGridTextsAndHeadersInItsOwnCoordinates)
     const auto alignment = [this] {
         return Qt::Alignment(model.data(model.index(0, 0), Qt::TextAlignmentRole).toInt()) & Qt::AlignHorizontal_Mask;
     };
-    settings.align = 0;
-    EXPECT_EQ(alignment(), Qt::AlignLeft);
-    settings.align = 1;
-    EXPECT_EQ(alignment(), Qt::AlignHCenter);
-    settings.align = 2;
-    EXPECT_EQ(alignment(), Qt::AlignRight);
+    for (auto [align, expected] : {std::pair{0, Qt::AlignLeft}, {1, Qt::AlignHCenter}, {2, Qt::AlignRight}}) {
+        settings.align = align;
+        EXPECT_EQ(alignment(), expected);
+    }
 
     grid.resize(101, 12);
     EXPECT_EQ(model.columnCount(), 11);
@@ -730,7 +537,6 @@ TEST(InfoSplash, GrowsToFullHeightThenFillsDefaultsAndShowsTheMainWindow)
     Info info(doc, [&shownMain] { ++shownMain; });
     EXPECT_EQ(info.findChild<QLabel*>("Label1")->text(), "Kestra Console");
     EXPECT_EQ(info.findChild<QLabel*>("Label2")->text(), "for Uniden BC2xxD/7xxD/ UBC3300");
-    EXPECT_EQ(info.timer1()->interval(), 25);
     EXPECT_TRUE(info.timer1()->isActive());
     EXPECT_FALSE(info.timer2()->isActive());
     info.show();

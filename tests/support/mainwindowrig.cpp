@@ -2,6 +2,7 @@
 
 #include "core/gridmodel.h"
 
+#include <QTabBar>
 #include <QTest>
 #include <QToolBar>
 
@@ -22,6 +23,16 @@ void MainWindowRig::start(const Options& options)
     window->formLoad();
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+}
+
+void MainWindowRig::startAs(Model model, const std::function<void(Settings&)>& configure)
+{
+    Options options;
+    options.beforeWindow = [&] {
+        doc.model = ModelSwitches::of(model);
+        if (configure) configure(settings);
+    };
+    start(options);
 }
 
 void MainWindowRig::close()
@@ -46,10 +57,16 @@ void MainWindowRig::trigger(const char* name)
 
 QAction* MainWindowRig::toolbarButton(const char* key) const
 {
-    QAction* button = nullptr;
-    for (QAction* a : window->toolbar1()->actions())
-        if (a->property("key").toString() == key) button = a;
-    return button;
+    for (QToolBar* bar : {window->toolbar1(), window->toolbar2()})
+        for (QAction* a : bar->actions())
+            if (a->property("key").toString() == key) return a;
+    return nullptr;
+}
+
+void MainWindowRig::clickTab(int index)
+{
+    QTabBar* tabs = window->tabbed1();
+    QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(index).center());
 }
 
 std::vector<std::string> MainWindowRig::messages() const

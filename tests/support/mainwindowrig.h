@@ -5,6 +5,7 @@
 // cell as the model shows it, a modal window answered while its loop runs).
 
 #include "app/appports.h"
+#include "core/cellcodes.h"
 #include "core/memtab.h"
 #include "core/memtable.h"
 
@@ -66,6 +67,9 @@ struct MainWindowRig {
     // Builds the table, the ports if asked for and the window; loads and shows
     // it. A window that does not come up is a fatal failure.
     void start(const Options& options = {});
+    // start() with the document on model; configure, if given, changes the
+    // settings before Form Load.
+    void startAs(Model model, const std::function<void(Settings&)>& configure = {});
     // Drops the window, the ports and the table, in that order.
     void close();
 
@@ -82,8 +86,10 @@ struct MainWindowRig {
     void trigger(const char* name);
     // Types the keys into the grid on a cell, then Enter.
     void typeInto(int row, int storeColumn, const char* keys);
-    // The button of the first toolbar for a menu entry, or null.
+    // The toolbar button for a menu entry (the first toolbar searched first), or null.
     QAction* toolbarButton(const char* key) const;
+    // A mouse click on a bank tab.
+    void clickTab(int index);
     // The texts of the message boxes shown so far.
     std::vector<std::string> messages() const;
     // The CR LF lines of a file in the folder.
@@ -153,6 +159,23 @@ struct MainWindowRig {
     std::unique_ptr<MemTable> table;
     std::unique_ptr<AppPorts> ports;
     std::unique_ptr<Memtab> window;
+};
+
+// A channel in the store: a frequency and a tag, every code cell "0".
+inline void putChannel(Document& doc, int bank, int row, const char* freq, const char* tag)
+{
+    auto& line = doc.memdata[bank][row];
+    line[col::freq] = freq;
+    line[col::tag] = tag;
+    for (int c : {col::trunk, col::record, col::delay, col::recordHidden, col::beep, col::lockout, col::atten,
+                  col::mode, col::step, col::tone})
+        line[c] = "0";
+}
+
+// A test fixture on the rig, started with the document on model M.
+template <Model M>
+struct ModelWindowTest : ::testing::Test, MainWindowRig {
+    void SetUp() override { startAs(M); }
 };
 
 } // namespace kestra::test
