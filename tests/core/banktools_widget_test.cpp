@@ -1,5 +1,5 @@
-// The bulk tools on the real main window: sorting through the Options menu
-// and the windows find and vervang.
+// The bulk tools on the real main window: sorting through the Options menu,
+// the EDACS question, and the windows find and vervang.
 
 #include "core/find.h"
 #include "core/vervang.h"
@@ -47,6 +47,28 @@ TEST_F(BankToolsWindowTest, SortOfOneSelectedRowSortsTheWholeBank)
     trigger("tabundo");   // back to the bank before the last sort
     EXPECT_EQ(cell(1, col::tag), "Fire");
     EXPECT_EQ(cell(3, col::tag), "Water");
+}
+
+TEST_F(BankToolsWindowTest, AnEdacsBankAsksBeforeASort)
+{
+    doc.trunkset[0].trunktype = "6";
+    typeInto(1, col::freq, "866");
+    typeInto(2, col::freq, "851");
+    select(1, col::trunk);
+    QTest::keyClick(view(), Qt::Key_Space);
+    ASSERT_EQ(cell(1, col::trunk), "On");
+
+    dialogs.answers = {Answer::No};
+    trigger("sort_allb");
+    ASSERT_EQ(messages().size(), 1u);
+    EXPECT_EQ(messages()[0].rfind("WARNING:\r\nThis bank contains an EDACS trunk system!", 0), 0u);
+    EXPECT_EQ(cell(1, col::freq), "0866.0000");
+
+    dialogs.answers = {Answer::Yes};
+    trigger("sort_up");
+    EXPECT_EQ(messages().size(), 2u);
+    EXPECT_EQ(cell(1, col::freq), "0851.0000");
+    EXPECT_EQ(cell(2, col::trunk), "On");
 }
 
 TEST_F(BankToolsWindowTest, FindShowsEachHitInItsBankAndKeepsTheChoices)

@@ -38,6 +38,20 @@ TEST_F(LineOpsWindowTest, UndoAfterATabChangeBringsBackTheTextBeforeTheEdit)
     EXPECT_EQ(cell(1, col::freq), "0155.0000");
 }
 
+TEST_F(LineOpsWindowTest, ASecondUndoRestoresTheSameTextAgain)
+{
+    typeInto(1, col::freq, "155");
+    typeInto(1, col::freq, "460");
+    trigger("tabundo");
+    ASSERT_EQ(cell(1, col::freq), "0155.0000");
+    // A change that took no copy of its own: the kept copy still brings back 155.
+    doc.memdata[0][1][col::freq] = "162.5";
+    window->table().fillgrid();
+    ASSERT_EQ(cell(1, col::freq), "0162.5000");
+    trigger("tabundo");
+    EXPECT_EQ(cell(1, col::freq), "0155.0000");
+}
+
 TEST_F(LineOpsWindowTest, UndoClosesTheOpenEditFirst)
 {
     typeInto(1, col::freq, "155");
