@@ -1,4 +1,4 @@
-// kestractl read OUT.mem [--port P] [--banks all|N|A-B] [--merge] [--base IN.mem] [--dir FOLDER]
+// kestractl read OUT.mem [--port P] [--banks all|N|A-B] [--merge] [--no-verify] [--base IN.mem] [--dir FOLDER]
 // kestractl send IN.mem  [--port P] [--banks all|N|A-B] [--dir FOLDER]
 //
 // Read Data and Send Data without a window: the same engine and pipelines,
@@ -40,6 +40,7 @@ struct Transfer {
     std::string base;
     std::string folder = AppFolder::standard().path().string();
     bool merge = false;
+    bool noVerify = false;  // take every reply as it comes
 };
 
 // --banks: "all", a bank 1..10, or a channel range "A-B".
@@ -90,6 +91,7 @@ int run(const Transfer& t)
     Settings settings;
     readSetup(settings, folder, readCom250(folder).usbc);
     settings.expert = 0;
+    if (t.noVerify) settings.verifyread = 0;
     ComSettings com = readCom250(folder);
 
     Document doc;
@@ -160,24 +162,31 @@ int run(const Transfer& t)
     };
     const double day = 24 * 3600;
     bool finished = false;
+    std::vector<std::string> troubles;  // what a finished run could not do right
     if (t.read) {
         ReadPipeline pipeline(engine, doc, dialogs, *scheduler, folder);
         engine.openForm(doc.model.bc785d);
+        if (!engine.portOpened) return 1;
         pipeline.open();
         runUntil(*scheduler, [&] { return engine.commstate == 0; }, 60);
         if (!pipeline.readData(*options)) return 1;
         finished = runUntil(*scheduler, [&] { progress(); return pipeline.finished || engine.stopflag == 1; }, day) &&
                    pipeline.finished;
-        if (pipeline.tagsread && settings.synctagsr == 1)
-            for (int b = 0; b < 10; ++b) doc.banktags[b] = pipeline.tags[b] == "_" ? " " : pipeline.tags[b];
+        if (settings.synctagsr == 1) pipeline.applyTags(doc);
+        troubles = pipeline.troubles;
+        if (!pipeline.tagsread) troubles.push_back("The bank tags were not read.");
+        if (!pipeline.typesread) troubles.push_back("The trunk types were not read.");
     } else {
         SendPipeline pipeline(engine, doc, settings, dialogs, *scheduler, folder);
         engine.openForm(doc.model.bc785d);
+        if (!engine.portOpened) return 1;
         pipeline.open();
         runUntil(*scheduler, [&] { return engine.commstate == 0; }, 60);
         if (!pipeline.sendData(*options)) return 1;
         finished = runUntil(*scheduler, [&] { progress(); return pipeline.finished || engine.stopflag == 1; }, day) &&
                    pipeline.finished;
+        if (engine.refusals > 0)
+            troubles.push_back(std::to_string(engine.refusals) + " commands were refused by the scanner (see txlog.txt).");
     }
     std::cerr << '\n';
     port->close();
@@ -186,6 +195,7 @@ int run(const Transfer& t)
         if (failure.empty()) std::cerr << "The transfer did not finish.\n";
         return 1;
     }
+    for (const std::string& trouble : troubles) std::cerr << trouble << '\n';
     if (t.read) {
         checktable(doc, settings);
         std::string out = t.file;
@@ -195,7 +205,10 @@ int run(const Transfer& t)
             return 1;
         }
     }
-    return 0;
+    // The last line: what was done, and how often the line had to be asked again.
+    std::cerr << (t.read ? "Read" : "Send") << " Data finished; " << engine.retries << (engine.retries == 1 ? " retry" : " retries")
+              << (troubles.empty() ? "." : ", with the troubles above.") << '\n';
+    return troubles.empty() ? 0 : 1;
 }
 
 int transfer(const Args& words, bool read)
@@ -204,7 +217,7 @@ int transfer(const Args& words, bool read)
     std::vector<std::pair<std::string, std::string>> options;
     const std::vector<std::string> valued = read ? std::vector<std::string>{"--port", "--banks", "--base", "--dir"}
                                                  : std::vector<std::string>{"--port", "--banks", "--dir"};
-    const std::vector<std::string> flags = read ? std::vector<std::string>{"--merge"} : std::vector<std::string>{};
+    const std::vector<std::string> flags = read ? std::vector<std::string>{"--merge", "--no-verify"} : std::vector<std::string>{};
     if (!takeOptions(args, valued, flags, options)) return 2;
     if (args.size() != 1) return usage(read ? "read takes OUT.mem" : "send takes IN.mem");
     Transfer t;
@@ -216,6 +229,7 @@ int transfer(const Args& words, bool read)
         if (name == "--base") t.base = value;
         if (name == "--dir") t.folder = value;
         if (name == "--merge") t.merge = true;
+        if (name == "--no-verify") t.noVerify = true;
     }
     return run(t);
 }

@@ -290,8 +290,25 @@ void Arcomm8::formLoad()
     hscroll1_->setValue(services_.settings.delay1);
     delayMoved(hscroll1_->value());
 
-    if (read_) read_->open();
-    if (send_) send_->open();
+    // The start buttons wait for the reads of the opening: a run begun
+    // meanwhile would have its replies taken by them.
+    command1_->setEnabled(false);
+    if (command5_) command5_->setEnabled(false);
+    if (command3_) command3_->setEnabled(false);
+    auto opened = [this] {
+        command1_->setEnabled(true);
+        if (command5_) command5_->setEnabled(true);
+        updateDeleteButton();
+        refreshStatus();
+    };
+    if (read_) {
+        read_->whenOpened(opened);
+        read_->open();
+    }
+    if (send_) {
+        send_->whenOpened(opened);
+        send_->open();
+    }
     refreshStatus();
 }
 
@@ -326,7 +343,7 @@ void Arcomm8::optionClicked(int index)
 
 void Arcomm8::updateDeleteButton()
 {
-    if (command3_) command3_->setEnabled(option3D2_[1]->isChecked());
+    if (command3_) command3_->setEnabled(option3D2_[1]->isChecked() && send_->opened());
 }
 
 void Arcomm8::resetSelection()

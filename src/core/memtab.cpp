@@ -1443,7 +1443,7 @@ void Memtab::menuReadData()
     // a finished read, when the settings ask for it.
     const ReadPipeline* read = dialog.readPipeline();
     if (dialog.runFinished() && read && read->tagsread && table_.settings().synctagsr == 1) {
-        for (int b = 0; b < 10; ++b) doc.banktags[b] = read->tags[b].empty() ? " " : read->tags[b];
+        read->applyTags(doc);
         bankTagsChanged();
     }
     // The model check of the read may have found another model on the cable:

@@ -32,8 +32,12 @@ struct Settings {
     int loadlast = 0;
     int tabwidth = 0;
     int linkbank = 0;
+    // Read Data takes a reply only when a second copy of it agrees.
+    int verifyread = 1;
     int option1 = 0;
-    int option2 = 0;
+    // Automatic Advanced Frequency Upload: on from a fresh install, so that a
+    // channel sent keeps its step where "PM" alone would give the band's.
+    int option2 = 1;
     int option3 = 0;
     int option4 = 0;
     int option5 = 0;

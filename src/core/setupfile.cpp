@@ -40,6 +40,7 @@ const std::vector<SettingKey>& settingKeys()
         {"setup", "infob", &S::infob, true},         {"setup", "vcm", &S::vcm, true},
         {"setup", "enc1", &S::enc1, true},           {"setup", "enc2", &S::enc2, true},
         {"setup", "enc3", &S::enc3, true},           {"setup", "enc4", &S::enc4, true},
+        {"setup", "verifyread", &S::verifyread, true},
         {"cputune", "val2", &S::val2, false},        {"cputune", "val3", &S::val3, false},
     };
     return keys;

@@ -90,10 +90,39 @@ void ExchangeEngine::reopenport()
 
 void ExchangeEngine::sendline(const std::string& text) { port_.output(text + wire::kCrLf); }
 
+bool ExchangeEngine::wait(double seconds)
+{
+    {
+        const Busy busy(*this);
+        scheduler_.wait(seconds);
+    }
+    return stopflag == 0;
+}
+
+std::string ExchangeEngine::collect(int lines, int timeoutMs)
+{
+    std::string got = port_.input();
+    const std::int64_t end = scheduler_.now() + timeoutMs;
+    while (std::count(got.begin(), got.end(), '\r') < lines && scheduler_.now() < end) {
+        if (!wait(0.005)) break;
+        got += port_.input();
+    }
+    return got;
+}
+
+void ExchangeEngine::leaveBusy()
+{
+    if (--busy_ > 0 || !stopPending_) return;
+    stopPending_ = false;
+    if (hooks.stopped) hooks.stopped();
+}
+
 std::string ExchangeEngine::openForm(int bc785d)
 {
     if (settings_.delay1 < 25) settings_.delay1 = 25;
-    openport();
+    portOpened = openport();
+    modelWord.clear();
+    if (!portOpened) return modelWord;
     port_.input();
     rxdata.clear();
     port_.setRThreshold(0);
@@ -160,11 +189,13 @@ void ExchangeEngine::onReceive()
     case 8: case 9: case 10: enableTimer(*timer2_[commstate - 1], delay); break;
     case 15: rxdata.clear(); break;
     case 20: case 21: case 22: case 23: case 24: case 25: case 26: case 27: case 28: case 29:
+        if (!sendReplyTaken()) return;
         rxdata.clear();
         enableTimer(*timer4_[commstate - 20], delay);
         break;
     case 30:
-        wait(commdelay());
+        if (!sendReplyTaken()) return;
+        if (!wait(commdelay())) return;
         rxdata.clear();
         retrycount = 0;
         if (hooks.senddata) hooks.senddata();
@@ -179,11 +210,30 @@ void ExchangeEngine::onReceive()
     }
 }
 
+bool ExchangeEngine::sendReplyTaken()
+{
+    switch (wire::classifySetReply(rxdata)) {
+    case wire::SetReply::Ok: return true;
+    case wire::SetReply::Refused:
+        // Channel 1000's beep alert goes out as "BAF C 1000" first, which the
+        // scanner refuses; the "BAF C 000" behind it is the one that counts.
+        if (commstate == 27 && chanid == 1000 && rxdata.rfind("ERR\r", 0) == 0) return true;
+        ++refusals;
+        if (hooks.log) hooks.log("Refused: state " + std::to_string(commstate) + " chanid " + std::to_string(chanid) +
+                                 " reply " + rxdata.substr(0, rxdata.size() - 1));
+        return true;
+    case wire::SetReply::Malformed: break;
+    }
+    if (hooks.log) hooks.log("Garbled reply: state " + std::to_string(commstate) + " chanid " + std::to_string(chanid));
+    watchdog();
+    return false;
+}
+
 void ExchangeEngine::finishChannel()
 {
     const int state = commstate;
     status.text3 = rxdata;
-    if (hooks.finishChannel) hooks.finishChannel(state);
+    if (hooks.finishChannel && !hooks.finishChannel(state)) return;
     commstate = 1;
     rxdata.clear();
     ++chanid;
@@ -206,6 +256,7 @@ void ExchangeEngine::watchdog()
     commstate = 15;
     port_.setRThreshold(0);
     ++retrycount;
+    ++retries;
     if (retrycount > 2) status.text3 = "Error: retrycount: " + std::to_string(retrycount);
     status.text5 = std::to_string(retrycount);
     if (retrycount >= 10) {
@@ -218,9 +269,9 @@ void ExchangeEngine::watchdog()
     port_.close();
     port_.open();
     sendline("");
-    wait(0.2);
+    if (!wait(0.2)) return;
     sendline("");
-    wait(0.2);
+    if (!wait(0.2)) return;
     port_.input();
     port_.setRThreshold(1);
     // The channel shown in the status field starts again from its first
@@ -242,6 +293,7 @@ void ExchangeEngine::stopxfer()
 {
     stopflag = 1;
     port_.setRThreshold(0);
+    if (hooks.stopping) hooks.stopping();
     retrycount = 0;
     timer1_->setEnabled(false);
     timer11_->setEnabled(false);
@@ -250,6 +302,13 @@ void ExchangeEngine::stopxfer()
     for (auto& t : timer4_) t->setEnabled(false);
     if (port_.isOpen()) port_.close();
     port_.open();
+    // Pressed inside a wait, the code around that wait is still running: it
+    // sees stopflag when the wait returns and goes no further, and only then
+    // is the window given back.
+    if (busy_ > 0) {
+        stopPending_ = true;
+        return;
+    }
     if (hooks.stopped) hooks.stopped();
 }
 

@@ -27,12 +27,15 @@ public:
     struct Hooks {
         std::function<void(int step)> readStep;       // timer2(step), states 1..6 and 8..10
         std::function<void(int step)> sendStep;       // Timer4(step), states 20..29
-        std::function<void(int state)> finishChannel; // decode rxdata of a finished channel
+        // Decodes rxdata of a finished channel; false when the channel is not
+        // finished after all (the reply was sent for again, or taken as lost).
+        std::function<bool(int state)> finishChannel;
         std::function<void()> runOver;                // the last channel of the range is done
         std::function<void()> senddata;               // state 30: the next channel of a send
         std::function<void()> bankTags, trunkTypes, idListTags, ids, idTags, idBeeps;  // states 33..38
         std::function<void()> endOfRun;               // Timer3
-        std::function<void()> stopped;                // STOP has run
+        std::function<void()> stopping;               // STOP: the log files are closed at once
+        std::function<void()> stopped;                // STOP has run and every wait it cut short has returned
         std::function<void(const std::string&)> log;  // a line of the transfer's log file
     };
 
@@ -59,10 +62,15 @@ public:
     int startchan = 0, endchan = 1001;
     int progstart = 0, progend = 999;
     int stopflag = 0;
+    // Of the present run: replies lost or garbled and asked for again, and
+    // commands the scanner refused ("NG", "ERR").
+    int retries = 0;
+    int refusals = 0;
 
     int bk() const;  // bank of chanid, 0..9
     int ka() const;  // row of chanid in its bank
     Caption caption() const { return caption_; }
+    const Settings& settings() const { return settings_; }
     int baud() const { return baud_; }
 
     // The form-wide wait in seconds: delay3 at exactly 4800 baud, delay2 at
@@ -82,13 +90,35 @@ public:
     bool openport();
     void reopenport();
     void sendline(const std::string& text);
-    void wait(double seconds) { scheduler_.wait(seconds); }
+    // The cooperative wait. False when STOP was pressed before it ended (or
+    // earlier in the run): the caller then goes no further.
+    bool wait(double seconds);
+    // Takes the replies of commands sent with the receive event off: waits
+    // until `lines` lines have come (at most timeoutMs) and returns them all.
+    // A reply left behind would be taken for the reply of the next command.
+    std::string collect(int lines, int timeoutMs = kWatchdogMs);
     SerialPort& port() { return port_; }
+    Scheduler& scheduler() { return scheduler_; }
+
+    // Marks code that waits outside `wait` (the model check): STOP pressed
+    // meanwhile gives the window back only when it has returned.
+    class Busy {
+    public:
+        explicit Busy(ExchangeEngine& engine) : engine_(engine) { ++engine_.busy_; }
+        ~Busy() { engine_.leaveBusy(); }
+        Busy(const Busy&) = delete;
+        Busy& operator=(const Busy&) = delete;
+
+    private:
+        ExchangeEngine& engine_;
+    };
 
     // Opening the form: the port, the wake-up sequence, the model word of VR
-    // and SI (returned, and kept as modelWord).
+    // and SI (returned, and kept as modelWord). When the port cannot be
+    // opened nothing is sent and portOpened is false.
     std::string openForm(int bc785d);
     std::string modelWord;
+    bool portOpened = false;
 
     // ---- the exchange ----
     // Sends a command of a channel pipeline: the watchdog is armed anew.
@@ -107,7 +137,7 @@ public:
     // The STOP button, and what every fatal path runs.
     void stopxfer();
 
-    // The watchdog firing (one lost reply).
+    // The watchdog firing (one lost reply); also what a garbled reply runs.
     void watchdog();
 
     // Progress from a channel number between progstart and progend.
@@ -118,6 +148,9 @@ public:
 
 private:
     void enableTimer(Timer& timer, int interval);
+    void leaveBusy();
+    // A reply of a send step: garbled ones are lost ones, refusals are counted.
+    bool sendReplyTaken();
     std::string portSettings() const;
 
     SerialPort& port_;
@@ -127,6 +160,8 @@ private:
     int comport_;
     int baud_;
     Caption caption_;
+    int busy_ = 0;             // waits and model checks under way
+    bool stopPending_ = false; // STOP ran inside one of them
     std::unique_ptr<Timer> timer1_, timer3_, timer6_, timer7_, timer11_, timer12_, timer13_, timer14_;
     std::array<std::unique_ptr<Timer>, 11> timer2_;
     std::array<std::unique_ptr<Timer>, 11> timer4_;

@@ -8,10 +8,28 @@
 
 namespace kestra {
 
+namespace {
+// The line that begins with `marker`, up to its carriage return; nothing when
+// the marker is not there or its line is not ended yet.
+std::optional<std::string> lineAt(const std::string& rx, const std::string& marker)
+{
+    const std::size_t pos = rx.find(marker);
+    if (pos == std::string::npos) return std::nullopt;
+    const std::size_t cr = rx.find('\r', pos);
+    if (cr == std::string::npos) return std::nullopt;
+    return rx.substr(pos, cr - pos);
+}
+
+std::string marker(const char* head, int bank) { return head + std::string(1, wire::bankLetter(bank)) + " "; }
+} // namespace
+
 OpeningReads::OpeningReads(ExchangeEngine& engine, Document& doc, Dialogs& dialogs, bool setDocumentTypes)
     : engine_(engine), doc_(doc), dialogs_(dialogs), setDocumentTypes_(setDocumentTypes)
 {
+    timeout_ = makeTimer(engine_.scheduler(), kReplyTimeoutMs, true, [this] { passFailed(); });
 }
+
+OpeningReads::~OpeningReads() = default;
 
 int OpeningReads::trunkTypeOfWord(std::string_view reply)
 {
@@ -25,104 +43,161 @@ int OpeningReads::trunkTypeOfWord(std::string_view reply)
 
 void OpeningReads::start()
 {
-    engine_.hooks.bankTags = [this] { tagReply(); };
-    engine_.hooks.trunkTypes = [this] { trunkTypeReply(); };
+    engine_.hooks.bankTags = [this] { reply(Kind::Tags); };
+    engine_.hooks.trunkTypes = [this] { reply(Kind::Types); };
     tagsread = typesread = done = false;
-    overruns_ = 0;
-    readTags();
-}
-
-void OpeningReads::readTags()
-{
-    SerialPort& port = engine_.port();
-    port.input();
-    engine_.rxdata.clear();
-    engine_.commstate = 33;
-    counter_ = 0;
-    port.setRThreshold(0);
-    engine_.sendline(wire::readBankTag(0));
-    engine_.wait(engine_.stepDelay() / 1000.0);
-    engine_.sendline(wire::readBankTag(1));
-    engine_.wait(engine_.stepDelay() / 1000.0);
-    nextLetter_ = 2;
-    port.setRThreshold(1);
-}
-
-void OpeningReads::tagReply()
-{
-    engine_.commstate = 33;
-    ++counter_;
-    engine_.status.text3 = "Read Bank Names/ " + std::to_string(counter_);
-    const std::string& rx = engine_.rxdata;
-    if (contains(rx, "TA B A ") && contains(rx, "TA B J ")) {
-        engine_.status.text3 = "Names Read Ok";
-        tagsread = true;
-        for (int b = 0; b < 10; ++b) {
-            std::string tag = wire::decodeBankTag(rx, b).value_or("");
-            if (tag.empty()) tag = "_";
-            std::replace(tag.begin(), tag.end(), ',', ';');
-            tags[b] = tag;
-        }
-        readTrunkTypes();
-        return;
-    }
-    if (counter_ > 11) {
-        if (++overruns_ == 1) {
-            readTags();
-        } else {
-            engine_.port().input();
-            dialogs_.message("Reading banknames failed.");
-            readTrunkTypes();
-        }
-        return;
-    }
-    if (nextLetter_ < 10) engine_.sendline(wire::readBankTag(nextLetter_++));
-}
-
-void OpeningReads::readTrunkTypes()
-{
-    SerialPort& port = engine_.port();
-    port.input();
-    engine_.rxdata.clear();
-    engine_.commstate = 34;
-    counter_ = 0;
-    port.setRThreshold(0);
-    engine_.sendline(wire::readTrunkType(0));
-    nextLetter_ = 1;
-    port.setRThreshold(1);
-}
-
-void OpeningReads::trunkTypeReply()
-{
-    engine_.commstate = 34;
-    ++counter_;
-    engine_.status.text3 = "Read trunktype/" + std::to_string(counter_);
-    const std::string& rx = engine_.rxdata;
-    if (contains(rx, "TB A ") && contains(rx, "TB J ")) {
-        engine_.status.text3 = "Trunk type read Ok";
-        typesread = true;
-        for (int b = 0; b < 10; ++b) {
-            const std::string marker = std::string("TB ") + wire::bankLetter(b) + " ";
-            const std::size_t pos = rx.find(marker);
-            std::string line;
-            if (pos != std::string::npos) line = rx.substr(pos, rx.find('\r', pos) - pos);
-            ttyper[b] = trunkTypeOfWord(line);
-            if (setDocumentTypes_) doc_.trunkset[b].trunktype = std::to_string(ttyper[b]);
-        }
+    // A port that did not open has nobody to answer.
+    if (!engine_.portOpened) {
         finish();
         return;
     }
+    kind_ = Kind::Tags;
+    passes_ = 0;
+    seen_ = {};
+    have_ = {};
+    beginPass(Kind::Tags);
+}
+
+void OpeningReads::cancel()
+{
+    if (done) return;
+    timeout_->setEnabled(false);
+    done = true;
+    if (onDone) onDone();
+}
+
+void OpeningReads::beginPass(Kind kind)
+{
+    kind_ = kind;
+    ++passes_;
+    SerialPort& port = engine_.port();
+    port.input();
+    engine_.rxdata.clear();
+    engine_.commstate = kind == Kind::Tags ? 33 : 34;
+    counter_ = 0;
+    port.setRThreshold(0);
+    if (kind == Kind::Tags) {
+        engine_.sendline(wire::readBankTag(0));
+        if (!engine_.wait(engine_.stepDelay() / 1000.0)) return;
+        engine_.sendline(wire::readBankTag(1));
+        if (!engine_.wait(engine_.stepDelay() / 1000.0)) return;
+        nextLetter_ = 2;
+    } else {
+        engine_.sendline(wire::readTrunkType(0));
+        nextLetter_ = 1;
+    }
+    timeout_->setEnabled(true);
+    port.setRThreshold(1);
+}
+
+void OpeningReads::reply(Kind kind)
+{
+    timeout_->setEnabled(false);
+    if (done || engine_.stopflag == 1) return;
+    engine_.commstate = kind == Kind::Tags ? 33 : 34;
+    ++counter_;
+    engine_.status.text3 = (kind == Kind::Tags ? "Read Bank Names/ " : "Read trunktype/") + std::to_string(counter_);
+    const char* head = kind == Kind::Tags ? "TA B " : "TB ";
+    const std::string& rx = engine_.rxdata;
+    if (contains(rx, marker(head, 0)) && contains(rx, marker(head, 9))) {
+        if (takeLines()) {
+            if (kind == Kind::Tags) {
+                engine_.status.text3 = "Names Read Ok";
+                decodeTags();
+                passes_ = 0;
+                beginPass(Kind::Types);
+            } else {
+                engine_.status.text3 = "Trunk type read Ok";
+                decodeTypes();
+                finish();
+            }
+            return;
+        }
+        passFailed();
+        return;
+    }
     if (counter_ > 11) {
-        engine_.port().input();
+        passFailed();
+        return;
+    }
+    // The letters go on past J: the scanner refuses those, and each refusal
+    // counts towards the limit, so a scanner that never gives A and J ends.
+    engine_.sendline((kind == Kind::Tags ? wire::readBankTag(nextLetter_) : wire::readTrunkType(nextLetter_)));
+    ++nextLetter_;
+    timeout_->setEnabled(true);
+}
+
+bool OpeningReads::takeLines()
+{
+    const bool verify = engine_.settings().verifyread == 1;
+    const char* head = kind_ == Kind::Tags ? "TA B " : "TB ";
+    bool all = true;
+    for (int b = 0; b < 10; ++b) {
+        if (have_[b]) continue;
+        const auto line = lineAt(engine_.rxdata, marker(head, b));
+        if (line && (!verify || std::find(seen_[b].begin(), seen_[b].end(), *line) != seen_[b].end())) {
+            taken_[b] = *line;
+            have_[b] = true;
+            continue;
+        }
+        if (line) seen_[b].push_back(*line);
+        all = false;
+    }
+    return all;
+}
+
+void OpeningReads::passFailed()
+{
+    timeout_->setEnabled(false);
+    if (done) return;
+    engine_.port().setRThreshold(0);
+    const bool verify = engine_.settings().verifyread == 1;
+    // The tags get one more pass, the trunk types none; verification asks for
+    // passes until two agree, a few at the most.
+    const int most = verify ? 6 : kind_ == Kind::Tags ? 2 : 1;
+    if (passes_ < most) {
+        beginPass(kind_);
+        return;
+    }
+    engine_.port().input();
+    if (kind_ == Kind::Tags) {
+        dialogs_.message("Reading banknames failed.");
+        if (engine_.stopflag == 1) return;
+        seen_ = {};
+        have_ = {};
+        passes_ = 0;
+        beginPass(Kind::Types);
+    } else {
         dialogs_.message("Reading trunktype failed.");
         finish();
-        return;
     }
-    if (nextLetter_ < 10) engine_.sendline(wire::readTrunkType(nextLetter_++));
+}
+
+void OpeningReads::decodeTags()
+{
+    tagsread = true;
+    for (int b = 0; b < 10; ++b) {
+        std::string tag = wire::decodeBankTag(taken_[b] + "\r", b).value_or("");
+        if (tag.empty()) tag = "_";
+        std::replace(tag.begin(), tag.end(), ',', ';');
+        tags[b] = tag;
+    }
+    seen_ = {};
+    have_ = {};
+}
+
+void OpeningReads::decodeTypes()
+{
+    typesread = true;
+    for (int b = 0; b < 10; ++b) {
+        ttyper[b] = trunkTypeOfWord(taken_[b]);
+        if (setDocumentTypes_) doc_.trunkset[b].trunktype = std::to_string(ttyper[b]);
+    }
 }
 
 void OpeningReads::finish()
 {
+    timeout_->setEnabled(false);
     engine_.port().setRThreshold(0);
     engine_.commstate = 0;
     done = true;

@@ -10,10 +10,11 @@
 namespace kestra {
 
 namespace {
-// The step commands of a channel after its "MA": steps 2 to 7.
+// The commands of a channel: "MA" and steps 2 to 7.
 std::string stepCommand(int step, int chanid)
 {
     switch (step) {
+    case 1: return wire::selectChannel(chanid);
     case 2: return wire::kReadMode;
     case 3: return wire::kReadDelay;
     case 4: return wire::readBeep(chanid);
@@ -31,10 +32,15 @@ ReadPipeline::ReadPipeline(ExchangeEngine& engine, Document& doc, Dialogs& dialo
 {
     auto& h = engine_.hooks;
     h.readStep = [this](int index) { step(index); };
-    h.finishChannel = [this](int state) { decode(state); };
+    h.finishChannel = [this](int state) {
+        if (!replyTaken(state)) return false;
+        decode(state);
+        return true;
+    };
     h.runOver = [this] { chainAfterChannels(); };
     h.endOfRun = [this] { endOfRun(); };
     h.log = [this](const std::string& line) { log(line); };
+    h.stopping = [this] { rxdat_.close(); };
 }
 
 ReadPipeline::~ReadPipeline() { engine_.hooks = {}; }
@@ -57,13 +63,28 @@ std::vector<std::string> ReadPipeline::combo1Lines() const
 
 void ReadPipeline::open() { opening_.start(); }
 
+void ReadPipeline::applyTags(Document& doc) const
+{
+    if (!tagsread) return;
+    for (int b = 0; b < 10; ++b) doc.banktags[b] = tags[b] == "_" ? " " : tags[b];
+}
+
 // ---- the click ----
 
 bool ReadPipeline::readData(const Options& options)
 {
     options_ = options;
+    opening_.cancel();
     engine_.stopflag = 0;
-    const ModelCheck check = modelcheck(engine_.port(), scheduler_, doc_.model);
+    engine_.retries = engine_.refusals = 0;
+    troubles.clear();
+    verify_ = engine_.settings().verifyread == 1;
+    ModelCheck check;
+    {
+        const ExchangeEngine::Busy busy(engine_);
+        check = modelcheck(engine_.port(), scheduler_, doc_.model);
+    }
+    if (engine_.stopflag == 1) return false;
     if (!check.scannerfound) {
         dialogs_.message(noScannerMessage(CheckedTransfer::Read), {}, Buttons::Ok, Icon::Critical);
         return false;
@@ -111,10 +132,8 @@ void ReadPipeline::startChannels()
         onebankread = 1;
         engine_.status.text3 = "Reading priority channel";
         port.setRThreshold(0);
-        port.input();
-        engine_.sendline(wire::readPriority(i));
-        engine_.wait(0.1);
-        if (auto prio = wire::decodePriority(port.input(), i)) doc_.priochan[i] = static_cast<std::int16_t>(*prio);
+        readPriority(i);
+        if (engine_.stopflag == 1) return;
         if (!options_.merge) doc_.emptyChannels(i);
         break;
     }
@@ -122,7 +141,8 @@ void ReadPipeline::startChannels()
         onebankread = 0;
         auto limit = [](const std::string& text) { return static_cast<int>(std::clamp<long long>(IntVal(text), 1, 1000)); };
         engine_.startchan = limit(options_.rangeStart);
-        engine_.endchan = limit(options_.rangeEnd) + 1;
+        // The range reads one channel past its end, but none past 1000.
+        engine_.endchan = std::min(limit(options_.rangeEnd) + 1, 1000);
         engine_.progstart = 0;
         engine_.progend = 999;
         break;
@@ -132,6 +152,7 @@ void ReadPipeline::startChannels()
     if (engine_.startchan > engine_.endchan) std::swap(engine_.startchan, engine_.endchan);
 
     engine_.retrycount = 0;
+    copy_ = {};
     port.input();
     engine_.rxdata.clear();
     engine_.commstate = 1;
@@ -142,9 +163,44 @@ void ReadPipeline::startChannels()
     engine_.sendSelect();
 }
 
+bool ReadPipeline::replyTaken(int state)
+{
+    const std::string& rx = engine_.rxdata;
+    const int chanid = engine_.chanid;
+    if (!wire::wellFormedChannelReply(state, rx, chanid)) {
+        log("garbled reply " + std::to_string(state) + " " + std::to_string(chanid) + " " + rx);
+        copy_ = {};
+        engine_.watchdog();
+        return false;
+    }
+    if (!verify_) return true;
+    const bool sameAsk = copy_.state == state && copy_.chanid == chanid;
+    if (sameAsk && copy_.reply == rx) {
+        copy_ = {};
+        return true;
+    }
+    if (!sameAsk) {
+        copy_ = {state, chanid, {}, 0};
+    } else {
+        // Two copies that differ: one of them was changed on the line.
+        ++engine_.retries;
+        if (++copy_.mismatches > 2) {
+            log("replies disagree " + std::to_string(state) + " " + std::to_string(chanid));
+            copy_ = {};
+            engine_.watchdog();
+            return false;
+        }
+    }
+    copy_.reply = rx;
+    engine_.rxdata.clear();
+    engine_.sendWatched(stepCommand(state, chanid));
+    return false;
+}
+
 void ReadPipeline::step(int index)
 {
     engine_.status.text3 = engine_.rxdata;
+    if (!replyTaken(engine_.commstate)) return;
     decode(engine_.commstate);
     engine_.rxdata.clear();
     const int next = engine_.commstate == 88 ? 7 : index + 2;
@@ -208,7 +264,8 @@ void ReadPipeline::decode(int state)
         if (auto s = wire::decodeStep(rx)) {
             static constexpr std::pair<const char*, const char*> steps[] = {{"5K", "0"}, {"7.", "1"},   {"10K", "2"},
                                                                             {"12", "3"}, {"25", "4"},   {"50", "5"},
-                                                                            {"100K", "6"}, {"6.", "8"}, {"20", "9"}};
+                                                                            {"100K", "6"}, {"6.", "8"}, {"20", "9"},
+                                                                            {"AUTO", "7"}};
             for (const auto& [word, code] : steps)
                 if (*s == word) line[col::step] = code;
         }
@@ -244,6 +301,27 @@ void ReadPipeline::chainAfterChannels()
     engine_.endRun();
 }
 
+void ReadPipeline::readPriority(int bank)
+{
+    // Without verification the first reply is taken; with it, two must agree
+    // (a digit changed on the line still reads as a priority channel).
+    SerialPort& port = engine_.port();
+    std::optional<int> last;
+    for (int tries = 0; tries < (verify_ ? 5 : 1); ++tries) {
+        port.input();
+        engine_.sendline(wire::readPriority(bank));
+        if (!engine_.wait(0.1)) return;
+        const auto prio = wire::decodePriority(port.input(), bank);
+        if (prio && (!verify_ || prio == last)) {
+            doc_.priochan[bank] = static_cast<std::int16_t>(*prio);
+            return;
+        }
+        if (last) ++engine_.retries;
+        last = prio;
+    }
+    troubles.push_back(std::string("The priority channel of bank ") + std::to_string(bank + 1) + " could not be read.");
+}
+
 void ReadPipeline::endOfRun()
 {
     rxdat_.close();
@@ -252,11 +330,8 @@ void ReadPipeline::endOfRun()
     port.input();
     if (options_.frequencies) {
         engine_.status.text3 = "Reading Prio Channels";
-        for (int b = 0; b < 10; ++b) {
-            engine_.sendline(wire::readPriority(b));
-            engine_.wait(0.1);
-            if (auto prio = wire::decodePriority(port.input(), b)) doc_.priochan[b] = static_cast<std::int16_t>(*prio);
-        }
+        for (int b = 0; b < 10 && engine_.stopflag == 0; ++b) readPriority(b);
+        if (engine_.stopflag == 1) return;
     }
     finished = true;
     if (onFinished) onFinished();

@@ -52,19 +52,37 @@ public:
     std::vector<std::string> combo1Lines() const;
 
     // Results for the main window: the reads of the opening.
+    // The reads of the opening have ended (well or not); `then` runs when they do.
+    bool opened() const { return opening_.done; }
+    void whenOpened(std::function<void()> then) { opening_.onDone = std::move(then); }
+
     bool& tagsread = opening_.tagsread;
     std::array<std::string, 10>& tags = opening_.tags;   // as read, "_" for an empty one
     std::array<int, 10>& ttyper = opening_.ttyper;       // trunk types of the scanner
+    bool& typesread = opening_.typesread;
     int& onebankread;                   // the document's
     bool finished = false;              // Timer3 has run: the window closes
     std::function<void()> onFinished;
     std::string statusNote;             // what the window says of kinds not yet available
+    // What of the run could not be read right (a priority channel whose
+    // replies never agreed); empty when all went well.
+    std::vector<std::string> troubles;
+
+    // The bank tags read at the opening into the document's banktags: "_" (a
+    // tag the scanner has empty) becomes " ". Nothing when they were not read.
+    void applyTags(Document& doc) const;
 
     static int trunkTypeOfWord(std::string_view reply) { return OpeningReads::trunkTypeOfWord(reply); }
 
 private:
     void startChannels();
     void step(int index);
+    // Whether the reply in rxdata may be decoded: it has its form and, with
+    // verification on, agrees with the copy read before it. Otherwise the
+    // command has gone out again, or the reply counts as lost: false.
+    bool replyTaken(int state);
+    // The priority channel of a bank, read until two replies agree.
+    void readPriority(int bank);
     void decode(int state);
     void chainAfterChannels();
     void endOfRun();
@@ -77,6 +95,13 @@ private:
     std::filesystem::path folder_;
     Options options_;
     std::ofstream rxdat_;
+    bool verify_ = true;
+    // The copy of a reply that the next one must match.
+    struct Copy {
+        int state = 0, chanid = -1;
+        std::string reply;
+        int mismatches = 0;
+    } copy_;
 };
 
 } // namespace kestra

@@ -21,6 +21,7 @@ SendPipeline::SendPipeline(ExchangeEngine& engine, Document& doc, Settings& sett
     h.senddata = [this] { senddata(); };
     h.endOfRun = [this] { endOfRun(); };
     h.log = [this](const std::string& text) { log(text); };
+    h.stopping = [this] { txlog_.close(); };
 }
 
 SendPipeline::~SendPipeline() { engine_.hooks = {}; }
@@ -61,17 +62,26 @@ void SendPipeline::open()
 
 std::optional<std::string> SendPipeline::txdOf(const std::string& freq)
 {
-    std::string txd = freq.substr(0, 4) + (freq.size() > 5 ? freq.substr(5) : std::string());
-    if (txd.size() != 8) return std::nullopt;
+    if (!(Val(freq) > 0)) return std::string("00000000");
+    // The stored text may lack its leading zeros (the grid's form when they
+    // are hidden): the wire form is made from the padded text.
+    const std::string padded = padfreq(trim(freq), 8, 5);
+    if (padded.size() != 9 || padded[4] != '.') return std::nullopt;
+    std::string txd = padded.substr(0, 4) + padded.substr(5);
+    if (txd.find_first_not_of("0123456789") != std::string::npos) return std::nullopt;
     return txd;
 }
 
-std::string SendPipeline::txdChecked(const std::string& errorText)
+std::optional<std::string> SendPipeline::txdChecked(const std::string& errorText)
 {
-    const auto txd = txdOf(line()[col::freq]);
-    if (txd) return *txd;
-    log(errorText + line()[col::freq] + " bk:" + std::to_string(engine_.bk()) + " ka:" + std::to_string(engine_.ka()));
-    return "00000000";
+    const std::string& freq = line()[col::freq];
+    if (auto txd = txdOf(freq)) return txd;
+    log(errorText + freq + " bk:" + std::to_string(engine_.bk()) + " ka:" + std::to_string(engine_.ka()));
+    // Never sent as an empty channel: that would erase what the scanner has.
+    dialogs_.message("Channel " + std::to_string(engine_.chanid) + ": the frequency \"" + freq +
+                     "\" cannot be sent. The upload has stopped.");
+    engine_.stopxfer();
+    return std::nullopt;
 }
 
 std::vector<std::string> SendPipeline::frequencyKeys(const std::string& txd)
@@ -98,9 +108,16 @@ std::vector<std::string> SendPipeline::frequencyKeys(const std::string& txd)
 bool SendPipeline::sendData(const Options& options)
 {
     options_ = options;
+    opening_.cancel();
     engine_.stopflag = 0;
+    engine_.retries = engine_.refusals = 0;
     SerialPort& port = engine_.port();
-    const ModelCheck check = modelcheck(port, scheduler_, doc_.model);
+    ModelCheck check;
+    {
+        const ExchangeEngine::Busy busy(engine_);
+        check = modelcheck(port, scheduler_, doc_.model);
+    }
+    if (engine_.stopflag == 1) return false;
     if (!check.scannerfound) {
         dialogs_.message(noScannerMessage(CheckedTransfer::Send), {}, Buttons::Ok, Icon::Critical);
         return false;
@@ -112,7 +129,7 @@ bool SendPipeline::sendData(const Options& options)
         for (int b = 0; b < 10; ++b) (doc_.banklockm[b] == 1 ? on : off) += wire::bankLetter(b);
         if (!on.empty()) engine_.sendline(wire::switchBanksOn(on));
         if (!off.empty()) engine_.sendline(wire::switchBanksOff(off));
-        engine_.wait(0.5);
+        if (!engine_.wait(0.5)) return false;
         engine_.rxdata = port.input();
     }
     if (!options.frequencies) {
@@ -181,9 +198,9 @@ bool SendPipeline::sendData(const Options& options)
     freqbykey = settings_.khz9 == 1;
     port.setRThreshold(0);
     engine_.sendline(wire::key(7));
-    engine_.wait(engine_.commdelay());
+    if (!engine_.wait(engine_.commdelay())) return true;
     engine_.sendline(wire::key(7));
-    engine_.wait(engine_.commdelay());
+    if (!engine_.wait(engine_.commdelay())) return true;
     port.input();
     txlog_.close();
     txlog_.open(folder_ / "txlog.txt", std::ios::binary | std::ios::trunc);
@@ -205,6 +222,7 @@ void SendPipeline::senddata()
     const int ka = engine_.ka();
     const bool firstOfBank = (engine_.chanid - 1) % 100 == 0;
     const int ttype = static_cast<int>(IntVal(doc_.trunkset[bk].trunktype));
+    int unanswered = 0;  // replies to take before the channel's "PM"
     if (firstOfBank && tyes[bk] == 1 && ttype != ttyper[bk] && settings_.option8 == 0) {
         engine_.status.text3 = "setting trunktype required.. please wait..";
         port.setRThreshold(0);
@@ -214,23 +232,36 @@ void SendPipeline::senddata()
         case 5: code = "5 01360000 0125 381"; break;
         default: code = std::to_string(wire::scannerTrunkType(ttype)); break;
         }
-        if (ttype >= 1 && ttype <= 9) engine_.sendline(wire::setTrunkType(bk, code));
-        engine_.wait(0.1);
+        if (ttype >= 1 && ttype <= 9) {
+            engine_.sendline(wire::setTrunkType(bk, code));
+            ++unanswered;
+        }
+        if (!engine_.wait(0.1)) return;
     }
     if (firstOfBank) {
         engine_.sendline(wire::selectChannel(engine_.chanid));
-        engine_.wait(engine_.commdelay());
-        port.input();
+        ++unanswered;
+        if (!engine_.wait(engine_.commdelay())) return;
+        // The replies of the trunk type and the selection, all of them: a
+        // late one would be taken for the reply of the "PM". A refused trunk
+        // type is a setting the scanner did not take.
+        const std::string replies = engine_.collect(unanswered);
+        if (engine_.stopflag == 1) return;
+        if (contains(replies, "NG\r") || contains(replies, "ERR\r")) {
+            ++engine_.refusals;
+            log("Refused: trunktype or MA chanid:" + std::to_string(engine_.chanid));
+        }
     }
-    const std::string txd = txdChecked("Error: NOT_8 senddata txd:");
-    if (txd == "00000000") engine_.commstate = 30;
-    std::string command = "PM" + wire::channel3(engine_.chanid) + (line()[col::trunk] == "1" ? "T" : " ") + txd;
-    std::string logged = command.substr(0, 5) + " " + txd;
-    if (engine_.chanid == 1000) logged[4] = 't';
+    const auto txd = txdChecked("Error: NOT_8 senddata txd:");
+    if (!txd) return;
+    if (*txd == "00000000") engine_.commstate = 30;
+    std::string command = "PM" + wire::channel3(engine_.chanid) + (line()[col::trunk] == "1" ? "T" : " ") + *txd;
+    std::string logged = command.substr(0, 5) + " " + *txd;
+    if (engine_.chanid == 1000) logged[5] = 't';
     log(logged + " ts:" + " chanid:" + std::to_string(engine_.chanid) + " bank:" + std::to_string(bk) + " ch:" +
         std::to_string(ka) + " tyes:" + std::to_string(tyes[bk]) + " ttype:" + std::to_string(ttype) + " ttyper:" +
         std::to_string(ttyper[bk]));
-    engine_.wait(engine_.commdelay());
+    if (!engine_.wait(engine_.commdelay())) return;
     engine_.status.text3 = command;
     engine_.status.text4 = wire::channel3(engine_.chanid);
     engine_.setProgressChannel(engine_.chanid);
@@ -242,20 +273,20 @@ void SendPipeline::step(int index)
 {
     auto& l = line();
     engine_.commstate = 21 + index;
-    auto send = [this](const std::optional<std::string>& text) {
-        // A cell outside its list sends nothing; the watchdog then restarts the channel.
+    auto send = [&](const std::optional<std::string>& text, const std::string& cell) {
         if (text)
             engine_.sendWatched(*text);
         else
-            engine_.armWatchdog();
+            skipStep(index, cell);
     };
+    auto sendAlways = [this](const std::string& text) { engine_.sendWatched(text); };
     switch (index) {
-    case 0: send(wire::setStep(stepText(l[col::step]))); break;
+    case 0: send(wire::setStep(stepText(l[col::step])), l[col::step]); break;
     case 1: frequencyStep(); break;
-    case 2: send(wire::setLockout(l[col::lockout] == "1")); break;
-    case 3: send(wire::setAttenuator(l[col::atten] == "1")); break;
-    case 4: send(wire::setRecord(l[doc_.model.bc785d == 1 ? col::record : col::recordHidden] == "1")); break;
-    case 5: send(wire::setDelay(l[col::delay])); break;
+    case 2: sendAlways(wire::setLockout(l[col::lockout] == "1")); break;
+    case 3: sendAlways(wire::setAttenuator(l[col::atten] == "1")); break;
+    case 4: sendAlways(wire::setRecord(l[doc_.model.bc785d == 1 ? col::record : col::recordHidden] == "1")); break;
+    case 5: send(wire::setDelay(l[col::delay]), l[col::delay]); break;
     case 6: {
         // Two lines in one step: the second reply arrives in the next step.
         const bool beep = l[col::beep] == "1";
@@ -265,27 +296,41 @@ void SendPipeline::step(int index)
         engine_.sendline(beep && n == 1000 ? "BAN C 000" : "BAF C 000");
         break;
     }
-    case 7: send(wire::setTag(engine_.chanid, l[col::tag])); break;
+    case 7: sendAlways(wire::setTag(engine_.chanid, l[col::tag])); break;
     case 8: {
         const std::string mode = modeText(l[col::mode]);
-        send(mode.empty() ? std::nullopt : wire::setMode(mode));
+        send(mode.empty() ? std::nullopt : wire::setMode(mode), l[col::mode]);
         break;
     }
-    case 9: {
-        const std::string code = repairToneCode(l[col::tone]);
-        const long long value = IntVal(code);
-        const bool known = value >= 0 && value <= 291 && !(value > 142 && value < 150);
-        send(known ? std::optional(wire::setSubtone(static_cast<int>(value))) : std::nullopt);
+    case 9:
+        // Every code goes: under 150 as it is, from 150 as "L" and the code less 149.
+        sendAlways(wire::setSubtone(static_cast<int>(std::clamp<long long>(IntVal(repairToneCode(l[col::tone])), 0, 1148))));
         break;
-    }
     default: break;
     }
+}
+
+void SendPipeline::skipStep(int index, const std::string& cell)
+{
+    log("Error: step " + std::to_string(index) + " left out, value:" + cell + " bk:" + std::to_string(engine_.bk()) +
+        " ka:" + std::to_string(engine_.ka()));
+    if (index < 9) {
+        step(index + 1);
+        return;
+    }
+    // Nothing more of this channel: on to the next, as after its last reply.
+    if (!engine_.wait(engine_.commdelay())) return;
+    engine_.rxdata.clear();
+    engine_.retrycount = 0;
+    senddata();
 }
 
 void SendPipeline::frequencyStep()
 {
     engine_.commstate = 22;
-    const std::string txd = txdChecked("Error: NOT_8 timer 4 txd:");
+    const auto checked = txdChecked("Error: NOT_8 timer 4 txd:");
+    if (!checked) return;
+    const std::string& txd = *checked;
     auto& l = line();
     if (settings_.option2 == 1) {
         freqbykey = true;
@@ -301,10 +346,16 @@ void SendPipeline::frequencyStep()
     }
     SerialPort& port = engine_.port();
     port.setRThreshold(0);
-    for (const std::string& key : frequencyKeys(txd)) {
-        engine_.wait(engine_.commdelay());
+    const std::vector<std::string> keys = frequencyKeys(txd);
+    for (const std::string& key : keys) {
+        if (!engine_.wait(engine_.commdelay())) return;
         engine_.sendline(key);
     }
+    // The replies of the keys so far are taken here: only the reply of the
+    // last key may move the upload on.
+    if (!engine_.wait(engine_.commdelay())) return;
+    engine_.collect(static_cast<int>(keys.size()));
+    if (engine_.stopflag == 1) return;
     engine_.sendWatched(wire::key(14));
     port.setRThreshold(1);
 }
@@ -323,7 +374,7 @@ void SendPipeline::endOfRun()
     txlog_.close();
     SerialPort& port = engine_.port();
     port.setRThreshold(0);
-    if (settings_.synctagst == 1 && options_.frequencies) {
+    if (settings_.synctagst == 1) {
         std::vector<int> banks;
         if (options_.scope == Scope::AllBanks)
             for (int b = 0; b < 10; ++b) banks.push_back(b);
@@ -331,11 +382,11 @@ void SendPipeline::endOfRun()
             banks.push_back(options_.bank);
         for (int b : banks) {
             engine_.sendline(wire::setBankTag(b, doc_.banktags[b]));
-            engine_.wait(engine_.commdelay());
+            if (!engine_.wait(engine_.commdelay())) return;
         }
         for (int b : banks) {
             engine_.sendline(wire::setPriority(b, doc_.priochan[b]));
-            engine_.wait(0.2);
+            if (!engine_.wait(0.2)) return;
         }
     }
     port.input();
@@ -348,7 +399,14 @@ void SendPipeline::endOfRun()
 bool SendPipeline::deleteBank(const Options& options)
 {
     SerialPort& port = engine_.port();
-    const ModelCheck check = modelcheck(port, scheduler_, doc_.model);
+    opening_.cancel();
+    engine_.stopflag = 0;
+    ModelCheck check;
+    {
+        const ExchangeEngine::Busy busy(engine_);
+        check = modelcheck(port, scheduler_, doc_.model);
+    }
+    if (engine_.stopflag == 1) return false;
     if (!check.scannerfound) {
         dialogs_.message(noScannerMessage(CheckedTransfer::DeleteBank), {}, Buttons::Ok, Icon::Critical);
         return false;
@@ -369,7 +427,7 @@ bool SendPipeline::deleteBank(const Options& options)
         return false;
     port.setRThreshold(0);
     for (int n = engine_.startchan; n <= engine_.endchan; ++n) {
-        engine_.wait(0.2);
+        if (!engine_.wait(0.2)) return false;
         engine_.status.text3 = "Delete Channel " + std::to_string(n);
         engine_.status.text4 = std::to_string(n);
         engine_.sendline(wire::clearChannel(n));

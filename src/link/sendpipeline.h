@@ -46,6 +46,10 @@ public:
     std::vector<std::string> combo1Lines() const;
     bool bankHasData(int bank) const;
 
+    // The reads of the opening have ended (well or not); `then` runs when they do.
+    bool opened() const { return opening_.done; }
+    void whenOpened(std::function<void()> then) { opening_.onDone = std::move(then); }
+
     bool& tagsread = opening_.tagsread;
     std::array<std::string, 10>& tags = opening_.tags;
     std::array<int, 10>& ttyper = opening_.ttyper;
@@ -58,14 +62,20 @@ public:
     // The keys that type a frequency in ("0100.0000": KEY02 1, KEY02 0,
     // KEY02 0, KEY03, KEY04, KEY04; KEY14 follows).
     static std::vector<std::string> frequencyKeys(const std::string& txd);
-    // The eight wire digits of a stored frequency, nothing when it has not eight.
+    // The eight wire digits of a stored frequency, as it is stored or as the
+    // grid shows it without leading zeros: "00000000" for an empty channel
+    // (a value of 0), nothing for a text that no eight digits can stand for.
     static std::optional<std::string> txdOf(const std::string& freq);
 
 private:
     void senddata();
     void step(int index);
+    // A cell outside its list: the step is left out, with a line in txlog.txt.
+    void skipStep(int index, const std::string& cell);
     void frequencyStep();
-    std::string txdChecked(const std::string& errorText);
+    // The wire form of the channel's frequency; nothing (after the message,
+    // with the run stopped) when it cannot be formed.
+    std::optional<std::string> txdChecked(const std::string& errorText);
     void chainAfterChannels();
     void endOfRun();
     void log(const std::string& line);

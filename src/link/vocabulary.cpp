@@ -196,6 +196,7 @@ ChannelReply decodeChannel(std::string_view reply, int chanid)
 std::optional<std::string> decodeStep(std::string_view reply)
 {
     if (InStr(reply, "ST") == 0) return std::nullopt;
+    if (contains(reply, "AUTO")) return "AUTO";
     if (contains(reply, "100K")) return "100K";
     if (contains(reply, "10K")) return "10K";
     auto two = behind(reply, "ST", 3, 2);
@@ -251,6 +252,86 @@ std::optional<std::string> decodeBankTag(std::string_view reply, int bank)
     const auto cr = rest.find('\r');
     if (cr != std::string_view::npos) rest = rest.substr(0, cr);
     return rtrim(rest);
+}
+
+// ---- reply checks ----
+
+std::optional<std::string_view> singleLine(std::string_view rx)
+{
+    if (rx.empty() || rx.back() != '\r') return std::nullopt;
+    rx.remove_suffix(1);
+    if (rx.find('\r') != std::string_view::npos) return std::nullopt;
+    return rx;
+}
+
+namespace {
+bool digits(std::string_view text, std::size_t count)
+{
+    return text.size() == count && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+bool oneOf(std::string_view text, std::initializer_list<std::string_view> words)
+{
+    for (std::string_view w : words)
+        if (text == w) return true;
+    return false;
+}
+
+// "C001 F01306250 TF DN LF AF RF N000": every field in its place.
+bool channelLineOk(std::string_view line, int chanid)
+{
+    if (line.size() != 34 || line.substr(0, 4) != "C" + channel3(chanid) || line.substr(4, 2) != " F" ||
+        !digits(line.substr(6, 8), 8))
+        return false;
+    for (std::size_t i = 0; i < 5; ++i) {
+        const std::string_view flag = line.substr(14 + 3 * i, 3);
+        if (flag[0] != ' ' || flag[1] != "TDLAR"[i] || (flag[2] != 'N' && flag[2] != 'F')) return false;
+    }
+    return line.substr(29, 2) == " N" && digits(line.substr(31), 3);
+}
+} // namespace
+
+bool wellFormedChannelReply(int step, std::string_view rx, int chanid)
+{
+    const auto line = singleLine(rx);
+    if (!line) return false;
+    const std::string_view l = *line;
+    switch (step) {
+    case 1: return channelLineOk(l, chanid);
+    case 2: return oneOf(l, {"RM FM", "RM NFM", "RM WFM", "RM AM", "RM AUTO"});
+    case 3: return oneOf(l, {"DLF", "DLN+1", "DLN+2", "DLN+4", "DLN+-", "DLN-2", "DLN-5", "DLN-10"});
+    case 4: return (l.substr(0, 3) == "BAN" || l.substr(0, 3) == "BAF") && l.substr(3) == " C " + channel3(chanid);
+    case 5:
+        return oneOf(l, {"ST 5K", "ST 6.25K", "ST 7.5K", "ST 10K", "ST 12.5K", "ST 20K", "ST 25K", "ST 50K", "ST 100K",
+                         "ST AUTO"});
+    case 6: {
+        const std::string head = readTag(chanid);
+        if (l.substr(0, head.size()) != head) return false;
+        const std::string_view rest = l.substr(head.size());
+        return rest.empty() || (rest[0] == ' ' && rest.size() <= 17);
+    }
+    case 7:
+        return l.size() == 6 && l.substr(0, 2) == "CS" &&
+               (digits(l.substr(2), 4) || (digits(l.substr(2, 3), 3) && l[5] == 'L'));
+    default: return false;
+    }
+}
+
+SetReply classifySetReply(std::string_view rx)
+{
+    if (rx.empty() || rx.back() != '\r') return SetReply::Malformed;
+    SetReply verdict = SetReply::Ok;
+    std::size_t pos = 0;
+    while (pos < rx.size()) {
+        const std::size_t cr = rx.find('\r', pos);
+        const std::string_view line = rx.substr(pos, cr - pos);
+        pos = cr + 1;
+        if (line == "NG" || line == "ERR")
+            verdict = SetReply::Refused;
+        else if (line != "OK")
+            return SetReply::Malformed;
+    }
+    return verdict;
 }
 
 // ---- menu lines ----

@@ -102,7 +102,7 @@ struct ChannelReply {
 };
 ChannelReply decodeChannel(std::string_view reply, int chanid);
 
-// "5K", "6.", "7.", "12", "20", "25", "50", or "10K"/"100K" found anywhere.
+// "5K", "6.", "7.", "12", "20", "25", "50", or "AUTO"/"10K"/"100K" found anywhere.
 std::optional<std::string> decodeStep(std::string_view reply);
 std::optional<std::string> decodeMode(std::string_view reply);    // "FM", "WF", "AM", "NF"
 // 'F' for off, or the two characters of the setting ("+1" ... "-1").
@@ -112,6 +112,22 @@ std::optional<std::string> decodeTag(std::string_view reply);     // of "TA C "
 std::optional<std::string> decodeSubtone(std::string_view reply); // the four characters behind "CS"
 std::optional<int> decodePriority(std::string_view reply, int bank);
 std::optional<std::string> decodeBankTag(std::string_view reply, int bank);
+
+// ---- reply checks ----
+// A reply is taken only when it has the form the scanner gives it: a line
+// hit by noise on the way (a letter for a digit, a marker lost) is treated as
+// a reply that never came, never stored.
+
+// The line of a reply that is exactly one line ended by a carriage return,
+// without it; nothing otherwise.
+std::optional<std::string_view> singleLine(std::string_view rx);
+// The reply to read step `step` of channel `chanid` (1 "MA", 2 "RM", 3 "DL",
+// 4 "BA C", 5 "ST", 6 "TA C", 7 "CS"), e.g. "C001 F01306250 TF DN LF AF RF N000".
+bool wellFormedChannelReply(int step, std::string_view rx, int chanid);
+// Replies to commands that set something: every line "OK"; "NG" or "ERR"
+// among them is a refusal; anything else is a reply garbled on the line.
+enum class SetReply { Ok, Refused, Malformed };
+SetReply classifySetReply(std::string_view rx);
 
 // ---- menu lines ----
 // The option lines the program compares display lines with, 24 characters each.

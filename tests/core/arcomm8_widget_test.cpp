@@ -313,7 +313,7 @@ TEST_F(ReadDataMenuTest, ReadingBankTwoThroughTheWindowFillsTheGridAndTheTabs)
     bool closedByItself = false;
     ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
         EXPECT_EQ(w->windowTitle(), "Read Data");
-        scheduler.runUntil([w] { return w->readPipeline()->tagsread; }, 60'000);
+        scheduler.runUntil([w] { return w->readPipeline()->opened(); }, 60'000);
         w->refreshStatus();
         EXPECT_EQ(w->combo1()->itemText(1), "101 - 200 / 2 / Fire; EMS");
         QTest::mouseClick(w->option3D2(1), Qt::LeftButton);
@@ -339,9 +339,9 @@ TEST_F(ReadDataMenuTest, ReadingBankTwoThroughTheWindowFillsTheGridAndTheTabs)
     EXPECT_EQ(doc.priochan[1], 140);
     EXPECT_TRUE(std::filesystem::exists(dir.path() / "rxdat.txt"));
 
-    // The tags as read, an empty one as the scanner's "_".
+    // The tags as read, an empty one as " " (as kestractl stores it).
     EXPECT_EQ(doc.banktags[1], "Fire; EMS");
-    EXPECT_EQ(doc.banktags[2], "_");
+    EXPECT_EQ(doc.banktags[2], " ");
     EXPECT_EQ(window->tabbed1()->tabText(1), "2: Fire; EMS");
     EXPECT_EQ(window->tabbed1()->tabText(0), "1: Home");
 
@@ -360,7 +360,7 @@ TEST_F(ReadDataMenuTest, TagsStayWhenTheSettingIsOffOrNoRunFinished)
     const std::string before = doc.banktags[1];
     settings.synctagsr = 0;
     ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
-        scheduler.runUntil([w] { return w->readPipeline()->tagsread; }, 60'000);
+        scheduler.runUntil([w] { return w->readPipeline()->opened(); }, 60'000);
         QTest::mouseClick(w->option3D2(2), Qt::LeftButton);
         w->text10(0)->setText("101");
         w->text10(1)->setText("102");
@@ -376,7 +376,7 @@ TEST_F(ReadDataMenuTest, TagsStayWhenTheSettingIsOffOrNoRunFinished)
     settings.synctagsr = 1;
     doc.dirty = false;
     ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
-        scheduler.runUntil([w] { return w->readPipeline()->tagsread; }, 60'000);
+        scheduler.runUntil([w] { return w->readPipeline()->opened(); }, 60'000);
     }));
     EXPECT_EQ(doc.banktags[1], before);
     EXPECT_FALSE(doc.dirty);

@@ -57,7 +57,7 @@ protected:
     }
     void tagsRead(Arcomm8* w)
     {
-        scheduler.runUntil([w] { return w->sendPipeline()->tagsread; }, 60'000);
+        scheduler.runUntil([w] { return w->sendPipeline()->opened(); }, 60'000);
         w->refreshStatus();
     }
     bool closesItself(Arcomm8* w) { return scheduler.runUntil([w] { return !w->isVisible(); }, 3600'000); }

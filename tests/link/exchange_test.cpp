@@ -62,7 +62,7 @@ struct Rig {
             engine.commstate = step == 0 ? 2 : 7;
             engine.sendWatched(step == 0 ? "X1" : "X2");
         };
-        engine.hooks.finishChannel = [this](int) { finished.push_back(engine.chanid); };
+        engine.hooks.finishChannel = [this](int) { finished.push_back(engine.chanid); return true; };
         engine.hooks.runOver = [this] { over = true; };
         engine.hooks.stopped = [this] { stopped = true; };
     }

@@ -176,8 +176,8 @@ Document everyKind(Model model)
     return doc;
 }
 
-// "Auto" is not read back: the cell keeps what the clearing left.
-const auto kStepReadBack = [](const auto& line) { return line[col::step] == "7" ? std::string(" ") : line[col::step]; };
+// Every step comes back as it went, "Auto" included.
+const auto kStepReadBack = [](const auto& line) { return line[col::step]; };
 
 } // namespace
 
@@ -243,8 +243,11 @@ TEST(SendPipeline, KeyedFrequenciesSkipTheLeadingAndTrailingZeros)
     EXPECT_EQ(SendPipeline::frequencyKeys("00250500"),
               (std::vector<std::string>{"KEY02 2", "KEY02 5", "KEY03", "KEY02 0", "KEY02 5", "KEY04", "KEY04"}));
     EXPECT_EQ(SendPipeline::txdOf("0416.0000"), "04160000");
-    EXPECT_EQ(SendPipeline::txdOf("Empty"), std::nullopt);
-    EXPECT_EQ(SendPipeline::txdOf("416.0000"), std::nullopt);
+    // The grid's text without leading zeros goes out padded; an empty channel
+    // as zeros; a text that eight digits cannot hold, never.
+    EXPECT_EQ(SendPipeline::txdOf("Empty"), "00000000");
+    EXPECT_EQ(SendPipeline::txdOf("25.0000"), "00250000");
+    EXPECT_EQ(SendPipeline::txdOf("12345.0000"), std::nullopt);
 }
 
 TEST(SendPipeline, TheDocumentGoesToTheScannerAndComesBackOnEveryModel)
@@ -262,19 +265,22 @@ TEST(SendPipeline, TheDocumentGoesToTheScannerAndComesBackOnEveryModel)
             EXPECT_EQ(back.banktags[b], tag);
             EXPECT_EQ(back.priochan[b], source.priochan[b]);
         }
-        // A frequency sent by "PM" takes the scanner's own step of its band.
-        expectChannelsBack(source, back, [](const auto& line) { return findBand(builtinPlan(1), Val(line[col::freq]))->step; });
+        // A fresh install keys in the frequencies whose step "PM" would change.
+        expectChannelsBack(source, back, kStepReadBack);
     }
 }
 
 TEST(SendPipeline, KeyedUploadKeepsEveryStep)
 {
     // "Advanced Frequency Upload" keys every frequency in; the automatic one
-    // keys only those whose wanted step is not the band's own.
-    for (const bool automatic : {false, true}) {
-        SCOPED_TRACE(automatic ? "automatic" : "always");
+    // keys only those whose wanted step is not the band's own; without
+    // either, "PM" gives every channel the scanner's own step of its band.
+    enum { Never, Always, Automatic };
+    for (const int keyed : {Never, Always, Automatic}) {
+        SCOPED_TRACE(keyed);
         Sender bench(Model::BC796D);
-        (automatic ? bench.settings.option2 : bench.settings.khz9) = 1;
+        bench.settings.option2 = keyed == Automatic;
+        bench.settings.khz9 = keyed == Always;
         Document source = everyKind(Model::BC796D);
         ASSERT_TRUE(bench.send(source, kAllBanks));
         int full = 0, byBand = 0;
@@ -284,8 +290,13 @@ TEST(SendPipeline, KeyedUploadKeepsEveryStep)
                     ++full;
                     byBand += findBand(builtinPlan(1), Val(source.memdata[b][r][col::freq]))->step == source.memdata[b][r][col::step];
                 }
-        EXPECT_EQ(std::count(bench.lines.begin(), bench.lines.end(), "KEY14"), automatic ? full - byBand : full);
-        expectChannelsBack(source, bench.read(Model::BC796D), kStepReadBack);
+        EXPECT_EQ(std::count(bench.lines.begin(), bench.lines.end(), "KEY14"),
+                  keyed == Never ? 0 : keyed == Automatic ? full - byBand : full);
+        if (keyed == Never)
+            expectChannelsBack(source, bench.read(Model::BC796D),
+                               [](const auto& line) { return findBand(builtinPlan(1), Val(line[col::freq]))->step; });
+        else
+            expectChannelsBack(source, bench.read(Model::BC796D), kStepReadBack);
     }
 }
 
@@ -351,15 +362,26 @@ TEST(SendPipeline, DeleteBankClearsItsHundredChannels)
     EXPECT_EQ(bench.dialogs.shown.back().text, "Please select which bank you want to delete.");
 }
 
-TEST(SendPipeline, ACellOutsideItsListSendsNothingAndTheWatchdogEndsTheRun)
+TEST(SendPipeline, ACellOutsideItsListIsLeftOutAndEveryToneGoes)
 {
+    // A step with no code is left out with a line in txlog.txt, and the run
+    // goes on; tones without a name still go as their codes say, and what the
+    // scanner refuses of them is counted in txlog.txt, not the end of the run.
     Sender bench(Model::BC785D);
     Document doc = everyKind(Model::BC785D);
-    doc.memdata[0][2][col::step] = "12";  // no such step
-    EXPECT_FALSE(bench.send(doc, bankScope(SendPipeline::Scope::SingleBank, 0)));
-    ASSERT_FALSE(bench.dialogs.shown.empty());
-    EXPECT_EQ(bench.dialogs.shown.back().text,
-              "Communication Timeout. Please check if scanner is switched on/connected/in remote mode.");
-    // The channel was started ten times: once, and nine times by the watchdog.
-    EXPECT_EQ(std::count_if(bench.lines.begin(), bench.lines.end(), [](const std::string& l) { return l.rfind("PM002", 0) == 0; }), 10);
+    doc.memdata[0][2][col::step] = "12";
+    doc.memdata[0][2][col::tone] = "149";
+    doc.memdata[0][9][col::tone] = "400";
+    ASSERT_TRUE(bench.send(doc, bankScope(SendPipeline::Scope::SingleBank, 0)));
+    EXPECT_TRUE(bench.dialogs.shown.empty());
+    const auto pm = std::find_if(bench.lines.begin(), bench.lines.end(), [](const std::string& l) { return l.rfind("PM002", 0) == 0; });
+    const auto cs = std::find(pm, bench.lines.end(), "CS149");
+    ASSERT_NE(cs, bench.lines.end());
+    EXPECT_EQ(std::count_if(pm, cs, [](const std::string& l) { return l.rfind("ST", 0) == 0; }), 0);
+    EXPECT_NE(std::find(bench.lines.begin(), bench.lines.end(), "CSL251"), bench.lines.end());
+    const std::string txlog = test::readBytes((bench.dir.path() / "txlog.txt").string());
+    EXPECT_NE(txlog.find("Error: step 0 left out, value:12 bk:0 ka:2"), std::string::npos);
+    std::size_t refused = 0;
+    for (std::size_t at = txlog.find("Refused:"); at != std::string::npos; at = txlog.find("Refused:", at + 1)) ++refused;
+    EXPECT_EQ(refused, 2u) << txlog;
 }

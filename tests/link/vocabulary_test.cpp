@@ -71,7 +71,7 @@ TEST(WireReplies, FieldRepliesTakeFixedCharactersBehindTheirMarkers)
 {
     expectWire({
         {decodeStep("ST 5K\r"), "5K"}, {decodeStep("ST 6.25K\r"), "6."}, {decodeStep("ST 12.5K\r"), "12"},
-        {decodeStep("ST 10K\r"), "10K"}, {decodeStep("ST 100K\r"), "100K"}, {decodeStep("ST AUTO\r"), std::nullopt},
+        {decodeStep("ST 10K\r"), "10K"}, {decodeStep("ST 100K\r"), "100K"}, {decodeStep("ST AUTO\r"), "AUTO"},
         {decodeMode("RM NFM\r"), "NF"}, {decodeMode("RM WFM\r"), "WF"}, {decodeDelay("DLF\r"), "F"},
         {decodeDelay("DLN+2\r"), "+2"},
         {decodeDelay("DLN-10\r"), "-1"},  // the sign right behind the third character

@@ -51,6 +51,8 @@ void QtSerialPort::pull()
     const QByteArray bytes = serial_.readAll();
     pulling_ = false;
     buffer_.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    // What came in here raised no event of its own.
+    if (!bytes.isEmpty() && rThreshold_ >= 1) notifyLater();
 }
 
 void QtSerialPort::readyRead()
@@ -59,6 +61,30 @@ void QtSerialPort::readyRead()
     const QByteArray bytes = serial_.readAll();
     buffer_.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     if (rThreshold_ >= 1 && !buffer_.empty() && onReceive_) onReceive_();
+}
+
+void QtSerialPort::setRThreshold(int threshold)
+{
+    rThreshold_ = threshold;
+    if (threshold < 1 || !serial_.isOpen()) return;
+    // Text that came while the threshold was 0 raised no event then; the
+    // device says nothing more of it, so the event is raised here.
+    pull();
+    if (!buffer_.empty()) notifyLater();
+}
+
+void QtSerialPort::notifyLater()
+{
+    if (notifyPosted_) return;
+    notifyPosted_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            notifyPosted_ = false;
+            pull();
+            if (serial_.isOpen() && rThreshold_ >= 1 && !buffer_.empty() && onReceive_) onReceive_();
+        },
+        Qt::QueuedConnection);
 }
 
 std::string QtSerialPort::input()

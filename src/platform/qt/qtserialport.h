@@ -28,7 +28,9 @@ public:
     void close() override;
     bool isOpen() const override { return serial_.isOpen(); }
 
-    void setRThreshold(int threshold) override { rThreshold_ = threshold; }
+    // Raising the threshold while text waits raises the receive event soon
+    // after, as it does for text that arrives while it is on.
+    void setRThreshold(int threshold) override;
     int rThreshold() const override { return rThreshold_; }
 
     std::string input() override;
@@ -41,6 +43,9 @@ public:
 private:
     void pull();
     void readyRead();
+    // The receive event, from the event loop, for text that waits while the
+    // threshold is on and nobody is told of it yet.
+    void notifyLater();
 
     std::string device_;
     QSerialPort serial_;
@@ -50,6 +55,7 @@ private:
     int port_ = 1;
     int rThreshold_ = 0;
     bool pulling_ = false;
+    bool notifyPosted_ = false;
 };
 
 } // namespace kestra
