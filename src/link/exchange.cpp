@@ -250,22 +250,25 @@ void ExchangeEngine::finishChannel()
 
 void ExchangeEngine::endRun() { enableTimer(*timer3_, 1); }
 
+bool ExchangeEngine::countRetry()
+{
+    ++retrycount;
+    ++retries;
+    if (retrycount > 2) status.text3 = "Error: retrycount: " + std::to_string(retrycount);
+    status.text5 = std::to_string(retrycount);
+    if (retrycount < 10) return true;
+    dialogs_.message("Communication Timeout. Please check if scanner is switched on/connected/in remote mode.", "Error");
+    port_.close();
+    stopxfer();
+    return false;
+}
+
 void ExchangeEngine::watchdog()
 {
     timer1_->setEnabled(false);
     commstate = 15;
     port_.setRThreshold(0);
-    ++retrycount;
-    ++retries;
-    if (retrycount > 2) status.text3 = "Error: retrycount: " + std::to_string(retrycount);
-    status.text5 = std::to_string(retrycount);
-    if (retrycount >= 10) {
-        dialogs_.message("Communication Timeout. Please check if scanner is switched on/connected/in remote mode.",
-                         "Error");
-        port_.close();
-        stopxfer();
-        return;
-    }
+    if (!countRetry()) return;
     port_.close();
     port_.open();
     sendline("");

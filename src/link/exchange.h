@@ -137,8 +137,12 @@ public:
     // The STOP button, and what every fatal path runs.
     void stopxfer();
 
-    // The watchdog firing (one lost reply); also what a garbled reply runs.
+    // The watchdog firing (one lost reply); also what a garbled reply of a
+    // send runs.
     void watchdog();
+    // One more try of the present channel: false (after the message, with
+    // the run stopped) when it was the tenth.
+    bool countRetry();
 
     // Progress from a channel number between progstart and progend.
     void setProgressChannel(int channel);

@@ -167,31 +167,22 @@ bool ReadPipeline::replyTaken(int state)
 {
     const std::string& rx = engine_.rxdata;
     const int chanid = engine_.chanid;
-    if (!wire::wellFormedChannelReply(state, rx, chanid)) {
-        log("garbled reply " + std::to_string(state) + " " + std::to_string(chanid) + " " + rx);
-        copy_ = {};
-        engine_.watchdog();
-        return false;
-    }
-    if (!verify_) return true;
+    const bool formed = wire::wellFormedChannelReply(state, rx, chanid);
     const bool sameAsk = copy_.state == state && copy_.chanid == chanid;
-    if (sameAsk && copy_.reply == rx) {
+    if (formed && (!verify_ || (sameAsk && copy_.reply == rx))) {
         copy_ = {};
         return true;
     }
-    if (!sameAsk) {
-        copy_ = {state, chanid, {}, 0};
+    if (formed && !sameAsk) {
+        // The first copy of a reply that a second must confirm.
+        copy_ = {state, chanid, rx};
     } else {
-        // Two copies that differ: one of them was changed on the line.
-        ++engine_.retries;
-        if (++copy_.mismatches > 2) {
-            log("replies disagree " + std::to_string(state) + " " + std::to_string(chanid));
-            copy_ = {};
-            engine_.watchdog();
-            return false;
-        }
+        // A reply garbled on the line, or two copies that differ: the same
+        // question again, as one more try of the channel.
+        log((formed ? "replies disagree " : "garbled reply ") + std::to_string(state) + " " + std::to_string(chanid) + " " + rx);
+        if (formed) copy_.reply = rx;
+        if (!engine_.countRetry()) return false;
     }
-    copy_.reply = rx;
     engine_.rxdata.clear();
     engine_.sendWatched(stepCommand(state, chanid));
     return false;

@@ -79,7 +79,8 @@ private:
     void step(int index);
     // Whether the reply in rxdata may be decoded: it has its form and, with
     // verification on, agrees with the copy read before it. Otherwise the
-    // command has gone out again, or the reply counts as lost: false.
+    // command has gone out again (a garbled reply or a disagreeing copy counts
+    // as a try of the channel; the tenth ends the run): false.
     bool replyTaken(int state);
     // The priority channel of a bank, read until two replies agree.
     void readPriority(int bank);
@@ -100,7 +101,6 @@ private:
     struct Copy {
         int state = 0, chanid = -1;
         std::string reply;
-        int mismatches = 0;
     } copy_;
 };
 

@@ -59,21 +59,25 @@ void ScannerLine::received(std::int64_t nowUs, std::string_view bytes, int clien
 {
     const bool wrongSpeed = clientBaud > 0 && clientBaud != scanner_.baudRate();
     const std::string heard = wrongSpeed ? line_.atWrongSpeed(bytes) : std::string(bytes);
+    const std::int64_t charUs = 10'000'000 / std::max(clientBaud > 0 ? clientBaud : scanner_.baudRate(), 1);
     std::size_t pos = 0;
     while (pos < heard.size()) {
         const std::size_t cr = heard.find('\r', pos);
         const std::size_t end = cr == std::string::npos ? heard.size() : cr + 1;
         const std::string_view piece = std::string_view(heard).substr(pos, end - pos);
         pos = end;
+        // The scanner has the piece when its last character is through.
+        heardUntilUs_ = std::max(nowUs, heardUntilUs_) + charUs * static_cast<std::int64_t>(piece.size());
+        const std::int64_t atUs = heardUntilUs_;
         std::string reply = scanner_.receive(piece);
         for (char c : piece)
             if (c != '\r' && c != '\n' && heard_.size() < kHeardLimit) heard_ += c;
         if (cr == std::string::npos) break;
-        write(nowUs, '<', loggable(heard_));
+        write(atUs, '<', loggable(heard_));
         heard_.clear();
         // The reply goes out at the speed the scanner has now: the key that
         // stores a new speed is answered at the new one.
-        answer(nowUs, std::move(reply), clientBaud > 0 && clientBaud != scanner_.baudRate());
+        answer(atUs, std::move(reply), clientBaud > 0 && clientBaud != scanner_.baudRate());
     }
 }
 

@@ -53,6 +53,9 @@ private:
     std::deque<Outgoing> outgoing_;
     std::string heard_;             // the command line heard so far, for the log
     std::int64_t replyFreeUs_ = 0;  // when the line back is free again
+    // When the last character sent to the scanner is through: a pseudo-
+    // terminal passes a command at once, a cable at ten bits a character.
+    std::int64_t heardUntilUs_ = 0;
 };
 
 // The log's form of a line: control characters and characters above 126 as

@@ -43,9 +43,10 @@ TEST(ScannerLine, ARepliesAfterLatencyAndWireTimeAndTheLogTellsBothWays)
     line.log = [&](const std::string& text) { log.push_back(text); };
 
     line.received(1 * kMs, "SI\r\n", 19200);
-    // 10 ms latency, then 25 characters at 520 us each.
+    // The command is heard when its last character is through (3 at 520 us
+    // each, as on a cable), then 10 ms latency, then 25 characters back.
     ASSERT_TRUE(line.nextDueUs());
-    EXPECT_EQ(*line.nextDueUs(), 1 * kMs + 10 * kMs + 25 * 520);
+    EXPECT_EQ(*line.nextDueUs(), 1 * kMs + 3 * 520 + 10 * kMs + 25 * 520);
     EXPECT_EQ(line.takeDue(*line.nextDueUs() - 1), "");
     EXPECT_EQ(line.takeDue(*line.nextDueUs()), "SI BC250D,0000000000,104\r");
     EXPECT_FALSE(line.nextDueUs());
@@ -61,8 +62,8 @@ TEST(ScannerLine, ARepliesAfterLatencyAndWireTimeAndTheLogTellsBothWays)
     EXPECT_EQ(out[1].bytes, "VR1.00\r");
     EXPECT_EQ(out[1].atUs - out[0].atUs, 7 * 520);
 
-    EXPECT_EQ(log, (std::vector<std::string>{"1 < SI", "24 > SI BC250D,0000000000,104", "101 < MA005", "101 < VR",
-                                             "129 > C005 F00000000 TF DF LN AF RF N000", "132 > VR1.00"}));
+    EXPECT_EQ(log, (std::vector<std::string>{"2 < SI", "25 > SI BC250D,0000000000,104", "103 < MA005", "105 < VR",
+                                             "131 > C005 F00000000 TF DF LN AF RF N000", "134 > VR1.00"}));
 }
 
 TEST(ScannerLine, AClientAtAnotherSpeedHearsGarbageBothWays)
@@ -100,7 +101,7 @@ TEST(ScannerLine, AClientAtAnotherSpeedHearsGarbageBothWays)
     const auto out = drain(line, 9000 * kMs);
     ASSERT_EQ(out.size(), 1u);
     EXPECT_EQ(out[0].bytes, "SI BC250D,0000000000,104\r");
-    EXPECT_EQ(out[0].atUs - 8000 * kMs, 25 * 1041);  // paced at 9600 baud now
+    EXPECT_EQ(out[0].atUs - 8000 * kMs, (3 + 25) * 1041);  // paced at 9600 baud now, both ways
 
     // A client whose speed cannot be read is taken to be right.
     line.received(10000 * kMs, "VR\r", 0);
@@ -143,7 +144,7 @@ TEST(ScannerLine, FaultsFollowTheSeedAndTheLogTellsALostReply)
     std::vector<std::string> log;
     EXPECT_TRUE(run("drop=1", &log).empty());
     ASSERT_EQ(log.size(), 300u);
-    EXPECT_EQ(log[1], "0 > [lost] C001 F00000000 TF DF LN AF RF N000");
+    EXPECT_EQ(log[1], "3 > [lost] C001 F00000000 TF DF LN AF RF N000");
 }
 
 TEST(ScannerLine, TheLogShowsControlCharactersAsEscapes)
