@@ -219,6 +219,33 @@ TEST_F(SendDataMenuTest, StopMidRunGivesSendDataBack)
     EXPECT_EQ(memory.channel(201).freq, 1545000u);
 }
 
+TEST_F(SendDataMenuTest, WithLeadingZerosHiddenEveryChannelStillGoesOutWhole)
+{
+    // The grid shows "25.0000" and the store takes the grid's text: the wire
+    // form comes from the padded frequency all the same.
+    settings.zero = 1;
+    put(0, 1, "0025.0000", "Low");
+    put(0, 2, "0155.0062", "Odd step");
+    doc.memdata[0][2][col::step] = "8";
+    put(0, 3, "0460.2500", "Police");
+    table->fillgrid();
+    ASSERT_EQ(cell(1, col::freq), "25.0000");
+    ASSERT_TRUE(whileOpen([&](Arcomm8* w) {
+        tagsRead(w);
+        chooseBank(w, 0);
+        dialogs.answers = {Answer::Yes};
+        QTest::mouseClick(w->command5(), Qt::LeftButton);
+        closesItself(w);
+    }));
+    EXPECT_EQ(messages().size(), 1u);  // the confirmation only
+    const sim::ScannerMemory& memory = scanner().memory();
+    EXPECT_EQ(memory.channel(1).freq, 250000u);
+    EXPECT_EQ(memory.channel(2).freq, 1550062u);
+    EXPECT_EQ(memory.channel(2).step, sim::Step::k6_25);  // kept by keying it in
+    EXPECT_EQ(memory.channel(3).tag, "Police");
+
+}
+
 // Read Data, Send Data and Rs232 setup: none opens while the Virtual Control
 // holds the port, from the menu or the toolbar, and each opens once it is gone.
 using PortGuardTest = SendDataMenuTest;

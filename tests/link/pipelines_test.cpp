@@ -384,4 +384,12 @@ TEST(SendPipeline, ACellOutsideItsListIsLeftOutAndEveryToneGoes)
     std::size_t refused = 0;
     for (std::size_t at = txlog.find("Refused:"); at != std::string::npos; at = txlog.find("Refused:", at + 1)) ++refused;
     EXPECT_EQ(refused, 2u) << txlog;
+
+    // A frequency that eight digits cannot hold stops the upload there: it is
+    // never sent as an empty channel, which would clear the scanner's.
+    doc.memdata[0][9][col::freq] = "12345.0000";
+    bench.dialogs.shown.clear();
+    EXPECT_FALSE(bench.send(doc, bankScope(SendPipeline::Scope::SingleBank, 0)));
+    EXPECT_EQ(bench.messages(), (std::vector<std::string>{"Channel 9: the frequency \"12345.0000\" cannot be sent. The upload has stopped."}));
+    EXPECT_NE(bench.scanner.memory().channel(9).freq, 0u);
 }
