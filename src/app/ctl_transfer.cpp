@@ -185,8 +185,7 @@ int run(const Transfer& t)
         if (!pipeline.sendData(*options)) return 1;
         finished = runUntil(*scheduler, [&] { progress(); return pipeline.finished || engine.stopflag == 1; }, day) &&
                    pipeline.finished;
-        if (engine.refusals > 0)
-            troubles.push_back(std::to_string(engine.refusals) + " commands were refused by the scanner (see txlog.txt).");
+        if (engine.refusals > 0) troubles.push_back(engine.refusalsLine());
     }
     std::cerr << '\n';
     port->close();
@@ -206,8 +205,7 @@ int run(const Transfer& t)
         }
     }
     // The last line: what was done, and how often the line had to be asked again.
-    std::cerr << (t.read ? "Read" : "Send") << " Data finished; " << engine.retries << (engine.retries == 1 ? " retry" : " retries")
-              << (troubles.empty() ? "." : ", with the troubles above.") << '\n';
+    std::cerr << engine.finishedLine() << '\n';
     return troubles.empty() ? 0 : 1;
 }
 

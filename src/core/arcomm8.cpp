@@ -223,6 +223,15 @@ void Arcomm8::buildControls()
     check3D5_->setObjectName("Check3D5");
     options->addWidget(command22_, 3, 5);
     options->addWidget(check3D5_, 3, 0);
+    if (caption_ == Caption::ReadData) {
+        // A reply is taken only when a second copy agrees: noise on the line
+        // costs a question more, never a wrong channel.
+        verify_ = new QCheckBox("Verify (read every reply twice)", frame3D6_);
+        verify_->setObjectName("CheckVerify");
+        verify_->setChecked(services_.settings.verifyread == 1);
+        connect(verify_, &QCheckBox::toggled, this, [this](bool on) { services_.settings.verifyread = on ? 1 : 0; });
+        options->addWidget(verify_, 3, 1, 1, 4);
+    }
     options->setColumnStretch(4, 1);
     layout->addWidget(frame3D6_);
 

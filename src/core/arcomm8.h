@@ -107,6 +107,8 @@ public:
     QCheckBox* check3D3(int index) const { return check3D3_.at(index); }
     QPushButton* command22() const { return command22_; }
     QCheckBox* check3D5() const { return check3D5_; }
+    // "Read Data" only (nullptr in "Send Data"): setting verifyread.
+    QCheckBox* verify() const { return verify_; }
     QPushButton* command1() const { return command1_; }
     QPushButton* command3d1() const { return command3d1_; }
     // "Send Data" only (nullptr in "Read Data").
@@ -177,6 +179,7 @@ private:
     std::array<QCheckBox*, 4> check3D3_{};
     QPushButton* command22_ = nullptr;
     QCheckBox* check3D5_ = nullptr;
+    QCheckBox* verify_ = nullptr;
     QPushButton* command1_ = nullptr;
     QPushButton* command3d1_ = nullptr;
     QPushButton* command5_ = nullptr;

@@ -1454,6 +1454,10 @@ void Memtab::menuReadData()
     }
     if (dialog.runStarted()) table_.markDirty();
     table_.fillgrid();
+    if (dialog.runFinished()) {
+        statusBar()->showMessage(toQt(dialog.engine().finishedLine()), kRunLineMs);
+        for (const std::string& trouble : read->troubles) table_.dialogs().message(trouble);
+    }
 }
 
 void Memtab::menuSendData()
@@ -1478,6 +1482,10 @@ void Memtab::menuSendData()
                    {doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
                    {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
     dialog.exec();
+    if (dialog.runFinished()) {
+        statusBar()->showMessage(toQt(dialog.engine().finishedLine()), kRunLineMs);
+        if (const std::string refused = dialog.engine().refusalsLine(); !refused.empty()) table_.dialogs().message(refused);
+    }
 
     // The model check of the send may have found another model on the cable:
     // the grid takes its layout without reading the old one back.

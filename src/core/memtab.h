@@ -44,6 +44,9 @@ class GridModel;
 class Memtab : public QMainWindow, public MemtabView {
     Q_OBJECT
 public:
+    // How long the status bar keeps the last line of a transfer.
+    static constexpr int kRunLineMs = 15000;
+
     // folder: the program's folder, where window.dat and the column width files live.
     Memtab(MemTable& table, AppFolder folder, QWidget* parent = nullptr);
     ~Memtab() override;

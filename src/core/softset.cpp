@@ -126,6 +126,12 @@ Softset::Softset(MemTable& table, QWidget* parent)
         box->setChecked(settings.*memberOf(kCheck1[i].key) == 1);
         check1_[i] = box;
     }
+    for (int i = 0; i < kChecks; ++i)
+        if (std::strcmp(kCheck1[i].key, "option2") == 0)
+            check1_[i]->setToolTip(
+                "On from a fresh install. \"PM\" gives a channel its band's own step; where that is not the step "
+                "you chose, the frequency is keyed in instead, so every channel comes back with the step it was sent "
+                "with.");
 
     auto* tabs = new QTabWidget(this);
     tabs->setObjectName("SSTab1");

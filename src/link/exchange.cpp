@@ -90,6 +90,19 @@ void ExchangeEngine::reopenport()
 
 void ExchangeEngine::sendline(const std::string& text) { port_.output(text + wire::kCrLf); }
 
+std::string ExchangeEngine::finishedLine() const
+{
+    return std::string(caption_ == Caption::ReadData ? "Read" : "Send") + " Data finished; " + std::to_string(retries) +
+           (retries == 1 ? " retry." : " retries.");
+}
+
+std::string ExchangeEngine::refusalsLine() const
+{
+    if (refusals == 0) return {};
+    return std::to_string(refusals) + (refusals == 1 ? " command was" : " commands were") +
+           " refused by the scanner (see txlog.txt).";
+}
+
 bool ExchangeEngine::wait(double seconds)
 {
     {

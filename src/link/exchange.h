@@ -66,6 +66,10 @@ public:
     // commands the scanner refused ("NG", "ERR").
     int retries = 0;
     int refusals = 0;
+    // The last line of a finished run: "Read Data finished; 3 retries."
+    std::string finishedLine() const;
+    // What is said of refused commands: "" when there were none.
+    std::string refusalsLine() const;
 
     int bk() const;  // bank of chanid, 0..9
     int ka() const;  // row of chanid in its bank

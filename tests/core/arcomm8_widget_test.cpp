@@ -24,6 +24,7 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QTabBar>
+#include <QStatusBar>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -334,6 +335,7 @@ TEST_F(ReadDataMenuTest, ReadingBankTwoThroughTheWindowFillsTheGridAndTheTabs)
     }));
     EXPECT_TRUE(closedByItself);
     EXPECT_TRUE(dialogs.shown.empty()) << dialogs.shown.front().text;
+    EXPECT_EQ(window->statusBar()->currentMessage(), "Read Data finished; 0 retries.");
     EXPECT_TRUE(doc.dirty);
     EXPECT_EQ(doc.memdata[0][1][col::tag], "Not read");
     EXPECT_EQ(doc.priochan[1], 140);

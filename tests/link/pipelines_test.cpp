@@ -342,10 +342,15 @@ TEST(SendPipeline, ConfirmationsAndRefusals)
     EXPECT_EQ(bench.dialogs.shown.back().text, "Please select which data you want to upload.");
 }
 
-TEST(SendPipeline, DeleteBankClearsItsHundredChannels)
+// Delete Bank clears channels i*100+1 .. i*100+100: the bank's own hundred,
+// not i*100 .. i*100+99, which would take the last channel of the bank before
+// it and leave the bank's own hundredth.
+TEST(SendPipeline, DeleteBankClearsTheBanksOwnHundredNotTheLastChannelOfTheBankBefore)
 {
     Sender bench(Model::BC796D);
     Document doc = everyKind(Model::BC796D);
+    doc.memdata[1][100] = doc.memdata[1][2];
+    doc.memdata[2][100] = doc.memdata[1][2];
     ASSERT_TRUE(bench.send(doc, kAllBanks));
     VirtualPort port(bench.scheduler, bench.device);
     ExchangeEngine engine(port, bench.scheduler, bench.dialogs, bench.settings, 1, 19200, ExchangeEngine::Caption::SendData);
@@ -356,6 +361,7 @@ TEST(SendPipeline, DeleteBankClearsItsHundredChannels)
     auto& memory = bench.scanner.memory();
     EXPECT_TRUE(memory.channel(201).empty());
     EXPECT_TRUE(memory.channel(300).empty());
+    EXPECT_FALSE(memory.channel(200).empty());
     EXPECT_FALSE(memory.channel(102).empty());
     EXPECT_FALSE(memory.channel(302).empty());
     EXPECT_FALSE(pipeline.deleteBank(kAllBanks));
