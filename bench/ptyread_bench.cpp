@@ -342,10 +342,10 @@ int main(int argc, char** argv)
     const int wallDiffer = channelsDiffering(made, wallDoc, "wall");
     std::printf("exchanges: %d commands in the virtual run, %d in the log of kestractl sim\n", virtualCommands,
                 wallCommands);
-    // kestractl sim takes a command the moment it is written to the terminal
-    // and charges wire time on its replies only; the floor charges both ways.
-    std::printf("of the floor, %.2f s is the commands' own wire time (%zu characters), not charged by kestractl sim\n",
-                commandBytes * 10.0 / kBaud, commandBytes);
+    // Both charge the commands' wire time: kestractl sim hears a command when
+    // its last character would be through a cable at the scanner's speed.
+    std::printf("of the floor, %.2f s is the commands' own wire time (%zu characters)\n", commandBytes * 10.0 / kBaud,
+                commandBytes);
     std::printf("opening reads: wall %.2f s, floor %.2f s\n", wall.openingSeconds, floor.openingSeconds);
     if (!floor.finished) std::printf("the virtual run did not finish\n");
     if (!wall.finished) std::printf("the run through the terminal did not finish\n");
