@@ -79,7 +79,7 @@ struct Bench {
         {
             engine.openForm(doc.model.bc785d);
             pipeline.open();
-            b.scheduler.runUntil([&] { return pipeline.tagsread && engine.commstate == 0; }, 60'000);
+            b.scheduler.runUntil([&] { return pipeline.opened(); }, 60'000);
         }
     };
 
@@ -222,6 +222,51 @@ TEST(ReadPipeline, AFlakyLineStillReadsEveryChannelRight)
     expectChannelsBack(source, back, kStepReadBack);
 }
 
+TEST(ReadPipeline, OpeningReadsThatGetNoAnswerFailInTimeAndSaySo)
+{
+    // A scanner that refuses "TA B" and "TB": the letters go on past J, each
+    // refusal counts, the tags get their second pass, and both reads end with
+    // their messages. One that says nothing at all ends as soon.
+    for (const bool silent : {false, true}) {
+        SCOPED_TRACE(silent ? "silent" : "refusing");
+        Bench bench(Model::BC796D);
+        bench.settings.verifyread = 0;
+        auto answer = bench.device->respond;
+        bench.device->respond = [&, answer](std::string_view b) -> std::string {
+            std::string reply = answer(b);
+            if (b.substr(0, 4) == "TA B" || b.substr(0, 3) == "TB ") return silent ? "" : "ERR\r";
+            return reply;
+        };
+        const std::int64_t start = bench.scheduler.now();
+        const Bench::Reader r(bench, Model::BC796D);
+        EXPECT_TRUE(r.pipeline.opened());
+        EXPECT_FALSE(r.pipeline.tagsread);
+        EXPECT_FALSE(r.pipeline.typesread);
+        EXPECT_EQ(bench.messages(), (std::vector<std::string>{"Reading banknames failed.", "Reading trunktype failed."}));
+        // The wake-up, then at most twelve replies a pass at one delay (100 ms)
+        // each, or a second of silence a pass: two passes of the tags, one of the types.
+        EXPECT_LT(bench.scheduler.now() - start, 6'000);
+        if (!silent) EXPECT_NE(std::find(bench.lines.begin(), bench.lines.end(), "TA B L"), bench.lines.end());
+    }
+}
+
+TEST(ReadPipeline, ARangeEndingAtOneThousandReadsNothingPastIt)
+{
+    Bench bench(Model::BC796D);
+    Bench::Reader r(bench, Model::BC796D);
+    ReadPipeline::Options options;
+    options.scope = ReadPipeline::Scope::ChannelRange;
+    options.rangeStart = "998";
+    options.rangeEnd = "1000";
+    r.doc.memdata[10][1][col::tag] = "Dummy";
+    const auto dummy = r.doc.memdata[10][1];
+    ASSERT_TRUE(r.pipeline.readData(options));
+    ASSERT_TRUE(bench.scheduler.runUntil([&] { return r.pipeline.finished; }, 3600'000));
+    EXPECT_EQ(r.doc.memdata[10][1], dummy);
+    EXPECT_EQ(bench.lines.back().rfind("PC J", 0), 0u);
+    EXPECT_EQ(std::count(bench.lines.begin(), bench.lines.end(), "MA001"), 2);  // the two of the opening only
+}
+
 TEST(ReadPipeline, KindsNotBuiltYetAreNamedInTheirOrder)
 {
     ReadPipeline::Options o;
@@ -314,6 +359,25 @@ TEST(SendPipeline, AnEmptyChannelIsOneExchangeAndChannelOneThousandIsZero)
     const auto at = sent("PM950 00000000");
     ASSERT_NE(at, bench.lines.end());
     EXPECT_EQ(*(at + 1), "PM951 00000000");
+    // The log marks channel 1000 in place of the blank, its number whole;
+    // and the tags and priority channels of the end of the run went out.
+    const std::string txlog = test::readBytes((bench.dir.path() / "txlog.txt").string());
+    EXPECT_NE(txlog.find("\r\nPM000t08510125 ts: chanid:1000 "), std::string::npos) << txlog;
+    EXPECT_NE(sent("TA B J Tag, bank 10"), bench.lines.end());
+    EXPECT_NE(sent("PC J907"), bench.lines.end());
+}
+
+TEST(SendPipeline, BankTagsAndPriorityChannelsGoOutWithoutFrequenciesToo)
+{
+    Sender bench(Model::BC785D);
+    Document doc = everyKind(Model::BC785D);
+    SendPipeline::Options options = bankScope(SendPipeline::Scope::SingleBank, 3);
+    options.frequencies = false;
+    options.searchEvents = true;  // a kind that is not moved yet: the run still ends as runs end
+    ASSERT_TRUE(bench.send(doc, options));
+    EXPECT_EQ(std::count_if(bench.lines.begin(), bench.lines.end(), [](const std::string& l) { return l.rfind("PM", 0) == 0; }), 0);
+    EXPECT_NE(std::find(bench.lines.begin(), bench.lines.end(), "TA B D Tag, bank 4"), bench.lines.end());
+    EXPECT_NE(std::find(bench.lines.begin(), bench.lines.end(), "PC D307"), bench.lines.end());
 }
 
 TEST(SendPipeline, ConfirmationsAndRefusals)
