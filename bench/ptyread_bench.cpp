@@ -30,6 +30,7 @@
 #include "platform/fake/virtualscheduler.h"
 #include "platform/qt/qtscheduler.h"
 #include "platform/qt/qtserialport.h"
+#include "sim/simprocess.h"
 
 #include <QCoreApplication>
 
@@ -87,79 +88,6 @@ Document fullBank1()
     }
     return doc;
 }
-
-// `kestractl sim` as a child: the first line of its output is the terminal.
-// The child dies with this program, and is killed when this object goes.
-class SimChild {
-public:
-    SimChild(const std::vector<std::string>& words, const fs::path& errFile)
-    {
-        std::vector<std::string> all{KESTRACTL_PATH, "sim"};
-        all.insert(all.end(), words.begin(), words.end());
-        std::vector<char*> argv;
-        for (std::string& w : all) argv.push_back(w.data());
-        argv.push_back(nullptr);
-        const int err = ::open(errFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-        int out[2];
-        if (::pipe2(out, O_CLOEXEC) != 0) return;
-        const pid_t parent = ::getpid();
-        pid_ = ::fork();
-        if (pid_ == 0) {
-            // Killed when this program ends, however it ends.
-            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-            if (::getppid() != parent) ::_exit(127);
-            ::dup2(out[1], STDOUT_FILENO);
-            if (err >= 0) ::dup2(err, STDERR_FILENO);
-            ::execv(KESTRACTL_PATH, argv.data());
-            ::_exit(127);
-        }
-        if (err >= 0) ::close(err);
-        ::close(out[1]);
-        out_ = out[0];
-        if (pid_ < 0) return;
-        const auto until = Clock::now() + std::chrono::seconds(20);
-        std::string line;
-        while (line.find('\n') == std::string::npos && Clock::now() < until) {
-            pollfd p{out_, POLLIN, 0};
-            if (::poll(&p, 1, 200) <= 0) continue;
-            char c[256];
-            const ssize_t n = ::read(out_, c, sizeof c);
-            if (n <= 0) break;
-            line.append(c, static_cast<std::size_t>(n));
-        }
-        if (const auto nl = line.find('\n'); nl != std::string::npos) device_ = line.substr(0, nl);
-    }
-    ~SimChild() { stop(); }
-    SimChild(const SimChild&) = delete;
-    SimChild& operator=(const SimChild&) = delete;
-
-    const std::string& device() const { return device_; }
-
-    // SIGTERM, and SIGKILL when it does not end within two seconds.
-    void stop()
-    {
-        if (pid_ > 0) {
-            ::kill(pid_, SIGTERM);
-            const auto until = Clock::now() + std::chrono::seconds(2);
-            while (::waitpid(pid_, nullptr, WNOHANG) == 0) {
-                if (Clock::now() >= until) {
-                    ::kill(pid_, SIGKILL);
-                    ::waitpid(pid_, nullptr, 0);
-                    break;
-                }
-                ::usleep(10'000);
-            }
-            pid_ = -1;
-        }
-        if (out_ >= 0) ::close(out_);
-        out_ = -1;
-    }
-
-private:
-    pid_t pid_ = -1;
-    int out_ = -1;
-    std::string device_;
-};
 
 using RunUntil = std::function<bool(const std::function<bool()>& done, double seconds)>;
 
@@ -312,7 +240,8 @@ int main(int argc, char** argv)
 
     // ---- the wall run: QSerialPort on the terminal of kestractl sim ----
     const fs::path simLog = folder / "sim.log";
-    SimChild sim({"--model", "BC785D", "--load", memFile.string(), "--log", simLog.string()}, folder / "sim.err");
+    test::SimProcess sim({"--model", "BC785D", "--load", memFile.string(), "--log", simLog.string()},
+                         (folder / "sim.err").string());
     if (sim.device().empty()) {
         std::ifstream err(folder / "sim.err");
         std::cerr << "kestractl sim did not start: " << std::string(std::istreambuf_iterator<char>(err), {}) << '\n';

@@ -120,14 +120,14 @@ TEST(KestractlSim, TheScannersSpeedAndLatencyAreThoseAskedFor)
     ASSERT_FALSE(sim.device().empty());
     {
         TerminalClient client(sim.device(), B19200);
-        client.send("SI\r\n");
+        ASSERT_TRUE(client.send("SI\r\n"));
         EXPECT_EQ(client.readFor(800).find("BC296D"), std::string::npos);
     }
     TerminalClient client(sim.device(), B38400);
     // The noise of the wrong speed waits in the scanner's line: a line end
     // alone answers it.
     EXPECT_EQ(client.ask(""), "ERR\r");
-    client.send("SI\r\n");
+    ASSERT_TRUE(client.send("SI\r\n"));
     EXPECT_EQ(client.readFor(200), "");  // not before its latency
     EXPECT_EQ(client.readLine(3000), "SI BC296D,0000000000,106\r");
     EXPECT_EQ(sim.stop(SIGTERM), 0);
@@ -145,7 +145,7 @@ TEST(KestractlSim, LineFaultsRepeatWithTheirSeed)
         // the faults are drawn reply by reply.
         std::string heard;
         for (int i = 1; i <= 8; ++i) {
-            client.send("MA00" + std::to_string(i) + "\r\n");
+            EXPECT_TRUE(client.send("MA00" + std::to_string(i) + "\r\n"));
             heard += client.readFor(150);
         }
         heard += client.readFor(500);

@@ -172,7 +172,7 @@ TEST(PseudoTerminal, TheMasterReadsTheSpeedTheClientSet)
     test::TerminalClient client(terminal.devicePath(), B4800);
     ASSERT_TRUE(client.isOpen());
     EXPECT_EQ(terminal.clientBaud(), 4800);
-    client.send("SI\r\n");
+    ASSERT_TRUE(client.send("SI\r\n"));
     std::string got;
     for (int i = 0; i < 100 && got.size() < 4; ++i, ::usleep(5000)) got += terminal.read();
     EXPECT_EQ(got, "SI\r\n");

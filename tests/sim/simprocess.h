@@ -1,9 +1,8 @@
 #pragma once
-// `kestractl sim` as a process of a test, and a plain terminal client for it.
-// The process is started with fork and exec; its first line of output is the
-// device path. Whatever happens in the test, the destructor ends the process.
-
-#include <gtest/gtest.h>
+// `kestractl sim` as a process of a test (or of a benchmark), and a plain
+// terminal client for it. The process is started with fork and exec; its
+// first line of output is the device path. Whatever happens in the test, the
+// destructor ends the process, and it dies with the test's process.
 
 #include <chrono>
 #include <string>
@@ -12,6 +11,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -33,8 +33,11 @@ public:
         const int err = errFile.empty() ? -1 : ::open(errFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
         int out[2];
         if (::pipe2(out, O_CLOEXEC) != 0) return;
+        const pid_t parent = ::getpid();
         pid_ = ::fork();
         if (pid_ == 0) {
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+            if (::getppid() != parent) ::_exit(127);
             ::dup2(out[1], STDOUT_FILENO);
             if (err >= 0) ::dup2(err, STDERR_FILENO);
             ::execv(KESTRACTL_PATH, argv.data());
@@ -128,7 +131,8 @@ public:
     TerminalClient& operator=(const TerminalClient&) = delete;
 
     bool isOpen() const { return fd_ >= 0; }
-    void send(const std::string& text) { ASSERT_EQ(::write(fd_, text.data(), text.size()), static_cast<ssize_t>(text.size())); }
+    // False when the terminal did not take it all.
+    bool send(const std::string& text) { return ::write(fd_, text.data(), text.size()) == static_cast<ssize_t>(text.size()); }
 
     // What arrives until a carriage return ends it or the time is up.
     std::string readLine(int timeoutMs = 3000) { return read(timeoutMs, true); }
@@ -138,7 +142,7 @@ public:
     // A command and its reply line.
     std::string ask(const std::string& command, int timeoutMs = 3000)
     {
-        send(command + "\r\n");
+        if (!send(command + "\r\n")) return {};
         return readLine(timeoutMs);
     }
 
