@@ -238,7 +238,10 @@ bool ExchangeEngine::sendReplyTaken()
     case wire::SetReply::Malformed: break;
     }
     if (hooks.log) hooks.log("Garbled reply: state " + std::to_string(commstate) + " chanid " + std::to_string(chanid));
-    watchdog();
+    // As a lost reply: the watchdog, at once, from its own timer rather than
+    // from inside the port's receive event (it closes and opens the port).
+    commstate = 15;
+    enableTimer(*timer1_, 1);
     return false;
 }
 

@@ -70,7 +70,8 @@ public:
 private:
     void senddata();
     void step(int index);
-    // A cell outside its list: the step is left out, with a line in txlog.txt.
+    // A cell outside its list (step, delay, mode): the step is left out, with
+    // a line in txlog.txt, and the next one follows.
     void skipStep(int index, const std::string& cell);
     void frequencyStep();
     // The wire form of the channel's frequency; nothing (after the message,
