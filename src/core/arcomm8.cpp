@@ -110,7 +110,10 @@ Arcomm8::Arcomm8(Caption caption, Services services, Link link, QWidget* parent)
     };
 
     buildControls();
-    resize(twipsToPixels(kWidthTwips), twipsToPixels(kHeightTwips));
+    // The window's own size, or larger where the desktop's font needs more
+    // room for the captions ("Channel Range:", "Trunk Bank Settings").
+    const QSize hint = sizeHint();
+    resize(std::max(twipsToPixels(kWidthTwips), hint.width()), std::max(twipsToPixels(kHeightTwips), hint.height()));
 
     refresh_ = new QTimer(this);
     refresh_->setInterval(kRefreshMs);
@@ -230,7 +233,7 @@ void Arcomm8::buildControls()
         verify_->setObjectName("CheckVerify");
         verify_->setChecked(services_.settings.verifyread == 1);
         connect(verify_, &QCheckBox::toggled, this, [this](bool on) { services_.settings.verifyread = on ? 1 : 0; });
-        options->addWidget(verify_, 3, 1, 1, 4);
+        options->addWidget(verify_, 4, 0, 1, 5);
     }
     options->setColumnStretch(4, 1);
     layout->addWidget(frame3D6_);
