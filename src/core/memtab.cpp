@@ -1082,9 +1082,14 @@ void Memtab::tagChosen(QComboBox* combo)
 
 bool Memtab::gridKey(QKeyEvent* event)
 {
-    // Keys that reach the grid while Text1 is open belong to Text1.
+    // Keys that reach the grid while Text1 is open belong to Text1. One that
+    // Text1 does not take (Shift alone, a function key) comes back up to the
+    // grid from it: that one ends here, it is never sent round again.
     if (cellEntry_->editing() && text1_->isVisible()) {
+        if (forwardingToText1_) return true;
+        forwardingToText1_ = true;
         QApplication::sendEvent(text1_, event);
+        forwardingToText1_ = false;
         return true;
     }
     const Qt::KeyboardModifiers mods = event->modifiers();

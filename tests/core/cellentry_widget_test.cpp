@@ -6,6 +6,7 @@
 
 #include "support/mainwindowrig.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
@@ -48,6 +49,38 @@ TEST_F(CellEntryWindowTest, TypedFrequenciesMeetTheLimitsAndMoveToTheNextChannel
     settings.zero = 1;
     typeInto(3, col::freq, "24.9");
     EXPECT_EQ(cell(3, col::freq), "25.0000");
+}
+
+TEST_F(CellEntryWindowTest, CapitalsShiftCtrlAndFunctionKeysTypeIntoTheBoxWithoutHarm)
+{
+    // Keys go where the user's keyboard sends them: to the widget with the
+    // focus, which is Text1 once it is open. A key Text1 does not take (Shift
+    // alone, F5, Ctrl alone) goes up to the grid and must end there.
+    startAs(Model::BC785D);
+    for (const int storeColumn : {col::tag, col::freq}) {
+        SCOPED_TRACE(storeColumn);
+        select(3, storeColumn);
+        QTest::keyClicks(view(), storeColumn == col::tag ? "F" : "1");  // a capital opens the box too
+        QWidget* box = QApplication::focusWidget();
+        ASSERT_EQ(box, window->text1());
+        for (const Qt::Key alone : {Qt::Key_Shift, Qt::Key_Control, Qt::Key_F5, Qt::Key_F2}) {
+            QTest::keyPress(box, alone);
+            QTest::keyRelease(box, alone);
+        }
+        QTest::keyClicks(box, storeColumn == col::tag ? "ire Dept" : "55.1");
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);  // Ctrl+A in the box selects its text
+        QTest::keyClick(box, Qt::Key_End);
+        QTest::keyClick(box, Qt::Key_Return);
+    }
+    EXPECT_EQ(cell(3, col::tag), "Fire Dept");
+    EXPECT_EQ(cell(3, col::freq), "0155.1000");
+    // A list column takes its letters in capitals too; keys it has no use for pass.
+    select(3, col::mode);
+    for (const Qt::Key alone : {Qt::Key_Shift, Qt::Key_Control, Qt::Key_F5}) QTest::keyClick(view(), alone);
+    QTest::keyClicks(view(), "N");
+    EXPECT_EQ(cell(3, col::mode), "NFM");
+    QTest::keyClick(view(), Qt::Key_Space, Qt::ShiftModifier);
+    EXPECT_NE(cell(3, col::mode), "NFM");
 }
 
 TEST_F(CellEntryWindowTest, TheBoxOpensOverTheCellEscapeDropsItAndAClickElsewhereKeepsIt)
