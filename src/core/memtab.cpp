@@ -1080,6 +1080,8 @@ void Memtab::tagChosen(QComboBox* combo)
 
 // ---- Cell entry ----------------------------------------------------------------------------
 
+bool Memtab::windowOpen() const { return QApplication::activeModalWidget() != nullptr; }
+
 bool Memtab::gridKey(QKeyEvent* event)
 {
     // Keys that reach the grid while Text1 is open belong to Text1. One that

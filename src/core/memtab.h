@@ -145,6 +145,7 @@ private:
 
     // Cell entry.
     bool gridKey(QKeyEvent* event);
+    bool windowOpen() const override;
     bool forwardingToText1_ = false;  // a key on its way from the grid to Text1
     void gridDoubleClicked(int row, int col);
     void openText1();

@@ -37,6 +37,9 @@ public:
     virtual void bankChanged() {}       // the current bank changed (tab, frame label)
     virtual void setBusy(bool /*busy*/) {}
     virtual void commitEdit() {}        // close an open cell edit into the grid
+    // A window over the main one is open (a transfer, a fill, a manager):
+    // it may be writing the store, and the grid may not show what it holds.
+    virtual bool windowOpen() const { return false; }
 };
 
 class MemTable {
@@ -52,6 +55,7 @@ public:
     ~MemTable();
 
     void setView(MemtabView* view) { view_ = view ? view : &nullView_; }
+    bool windowOpen() const { return view_->windowOpen(); }
 
     Document& doc() { return doc_; }
     const Document& doc() const { return doc_; }

@@ -50,6 +50,10 @@ void Backup::tick()
     std::error_code ignored;
     std::filesystem::create_directory(folder(), ignored);
     if (counter_ < table_.settings().backupdelay) return;
+    // While another window is open the grid may not show what the store
+    // holds (a read is filling it): the backup waits for the first minute
+    // after that window has gone.
+    if (table_.windowOpen()) return;
     // No message on failure: a backup that cannot be written waits for the
     // next round.
     write();
@@ -61,8 +65,7 @@ std::string Backup::write()
     table_.createbank();
     const std::string error =
         writeFileAtomic(folder() / backupFileName(clock_()), memText(table_.doc(), table_.settings()));
-    // A written backup counts as a save.
-    if (error.empty()) table_.doc().dirty = false;
+    // A backup is a copy: the document stays unsaved until the user saves it.
     return error;
 }
 

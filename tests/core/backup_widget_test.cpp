@@ -2,12 +2,19 @@
 // window "Backup and Restore" that lists the backups, writes one at once and
 // restores one.
 
+#include "sim/virtualscanner.h"
+
+#include "core/arcomm8.h"
 #include "core/backrest.h"
+#include "editor/freqrules.h"
 
 #include "support/mainwindowrig.h"
 
 #include <QListWidget>
+#include <QComboBox>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -32,15 +39,57 @@ struct BackupWindowTest : test::ModelWindowTest<Model::BC250D> {
     }
 };
 
-TEST_F(BackupWindowTest, TheRunningWindowWritesABackupEveryMinuteAndCountsItAsASave)
+TEST_F(BackupWindowTest, TheRunningWindowWritesABackupEveryMinuteAndLeavesTheDocumentUnsaved)
 {
     settings.backena = 1;
     settings.backupdelay = 1;
     typeInto(1, col::freq, "155");
     ASSERT_TRUE(doc.dirty);
+    const std::string name = doc.fnaam;
     scheduler.advance(60000);
     EXPECT_EQ(backupCount(), 1u);
-    EXPECT_FALSE(doc.dirty);   // a backup counts as a save
+    // A backup is a copy: the document keeps its name and stays unsaved, so
+    // leaving the program still asks to save it.
+    EXPECT_TRUE(doc.dirty);
+    EXPECT_EQ(doc.fnaam, name);
+}
+
+struct BackupDuringReadTest : ::testing::Test, test::MainWindowRig {
+    void SetUp() override
+    {
+        start(Options::connected());
+        table->backdir = dir.path().string();
+    }
+    sim::VirtualScanner& scanner() { return ports->virtualScanner(doc.model.model()); }
+    std::size_t backupCount() const
+    {
+        std::size_t n = 0;
+        std::error_code ignored;
+        for (const auto& entry : std::filesystem::directory_iterator(dir.path() / "backup", ignored))
+            n += entry.is_regular_file();
+        return n;
+    }
+};
+
+TEST_F(BackupDuringReadTest, ABackupWaitsWhileReadDataFillsTheStore)
+{
+    // A read of a whole bank takes minutes: the backup must not carry the
+    // grid (still the old bank) over what the read has put in the store.
+    settings.backena = 1;
+    settings.backupdelay = 1;
+    for (int r = 1; r <= 100; ++r) scanner().memory().channel(r).freq = 1500000 + 125 * r;
+    ASSERT_TRUE(ifOpened<Arcomm8>("menread", [&](Arcomm8* w) {
+        scheduler.runUntil([w] { return w->readPipeline()->opened(); }, 60'000);
+        QTest::mouseClick(w->option3D2(1), Qt::LeftButton);
+        w->combo1()->setCurrentIndex(0);
+        QTest::mouseClick(w->command1(), Qt::LeftButton);
+        ASSERT_TRUE(scheduler.runUntil([w] { return !w->isVisible(); }, 3600'000));
+        EXPECT_GT(scheduler.now(), 120'000);  // the read spanned several minutes
+        EXPECT_EQ(backupCount(), 0u);
+    }));
+    for (int r = 1; r <= 100; ++r) ASSERT_EQ(freqUnits(doc.memdata[0][r][col::freq]), 1500000 + 125 * r) << r;
+    scheduler.advance(60000);
+    EXPECT_EQ(backupCount(), 1u);  // written in the first minute after
 }
 
 TEST_F(BackupWindowTest, BackupNowAndRestoreBringBackTheSavedChannels)

@@ -66,7 +66,7 @@ TEST(Backup, DelayOneWritesAFullMemFileAtEveryTick)
     EXPECT_TRUE(r.dialogs.shown.empty());
 }
 
-TEST(Backup, WritesWhatTheGridHoldsAndEndsTheDirtyState)
+TEST(Backup, WritesWhatTheGridHoldsAndLeavesTheDocumentUnsaved)
 {
     Rig r(2);
     r.put(1, col::freq, "155.1");
@@ -79,7 +79,7 @@ TEST(Backup, WritesWhatTheGridHoldsAndEndsTheDirtyState)
     EXPECT_TRUE(fs::is_directory(r.dir.path() / "backup"));
     r.minutes(1);
     ASSERT_EQ(r.backups().size(), 1u);
-    EXPECT_FALSE(r.doc.dirty);
+    EXPECT_TRUE(r.doc.dirty);  // a copy: Exit still asks "Save data?"
     EXPECT_NE(readBytes(r.backups()[0]).find("155.1"), std::string::npos);
 }
 
