@@ -128,4 +128,12 @@ std::string centerText(std::string_view text, std::size_t width)
     return std::string(lead, ' ') + tag;
 }
 
+std::string withoutQuotes(std::string_view text)
+{
+    std::string out(text);
+    for (char& c : out)
+        if (c == '"') c = '\'';
+    return out;
+}
+
 } // namespace kestra

@@ -42,6 +42,11 @@ std::string asciiUpper(std::string_view text);
 // even.
 std::string centerText(std::string_view text, std::size_t width);
 
+// Text on its way into the store (a tag, a comment): every double quote
+// becomes an apostrophe. The MEM format quotes its fields and has no escape,
+// so a quote in a field would end it early and shift every field after it.
+std::string withoutQuotes(std::string_view text);
+
 // A whole number as text, without leading zeros or blanks.
 std::string numText(long long value);
 
