@@ -7,6 +7,7 @@
 #include "link/portsetup.h"
 
 #include <algorithm>
+#include <bitset>
 #include <fstream>
 
 namespace kestra {
@@ -40,7 +41,9 @@ MemTable::~MemTable() = default;
 
 // ---- the bridge between grid and store ----
 
-bool MemTable::createbank()
+bool MemTable::createbank() { return readGrid(false); }
+
+bool MemTable::readGrid(bool onlyEdited)
 {
     const int bank = doc_.currentBank;
     if (bank < 0 || bank > kDummyBank) {
@@ -54,42 +57,82 @@ bool MemTable::createbank()
 
     const int bc785d = doc_.model.bc785d;
     const int columns = gridDataColumns(bc785d);
+    const int freqColumn = gridColumnOfStore(bc785d, col::freq);
     auto& rows = doc_.memdata[bank];
-    for (int gc = 1; gc <= columns; ++gc) {
-        const int sc = gridColumn(bc785d, gc).storeColumn;
-        for (int r = 1; r <= kChannelRows; ++r) {
-            rows[r][sc] = grid_.text(r, gc);
-            if (sc == col::tag) doc_.addeasytag(rows[r][sc], bank, settings_.option9);
-        }
-    }
-    if (settings_.option9 == 1) rebuildeasytags();
-
     for (int r = 1; r <= kChannelRows; ++r) {
         auto& line = rows[r];
-        if (line[col::freq].empty()) line[col::freq] = "0";
-        line[col::freq] = formatFreq(line[col::freq], settings_.zero);
-        if (IntVal(line[col::freq]) > 1300) line[col::freq] = "1300";
+        // The cells whose grid text goes into the store. A whole read takes
+        // every cell, and converts even the store columns the layout does not
+        // show. Otherwise a cell still showing what its stored code paints
+        // keeps that code; a row whose frequency was typed over is taken whole,
+        // since every other cell of it was painted for the old frequency.
+        std::bitset<kCellColumns> taken;
+        const bool wholeRow = !onlyEdited || grid_.text(r, freqColumn) != shownText(line, col::freq);
+        if (wholeRow) taken.set();
+        for (int gc = 1; gc <= columns; ++gc) {
+            const int sc = gridColumn(bc785d, gc).storeColumn;
+            const std::string& text = grid_.text(r, gc);
+            if (!wholeRow && text == shownText(line, sc)) continue;
+            line[sc] = text;
+            taken.set(static_cast<std::size_t>(sc));
+        }
+        doc_.addeasytag(line[col::tag], bank, settings_.option9);
+
+        if (taken[col::freq]) {
+            if (line[col::freq].empty()) line[col::freq] = "0";
+            line[col::freq] = formatFreq(line[col::freq], settings_.zero);
+            if (IntVal(line[col::freq]) > 1300) line[col::freq] = "1300";
+        }
         if (Val(line[col::freq]) != 0) {
             auto& trunk = line[col::trunk];
-            if (trunk.empty() || trunk == "Off")
-                trunk = "0";
-            else if (trunk == "On")
-                trunk = "1";
+            if (taken[col::trunk]) {
+                if (trunk.empty() || trunk == "Off")
+                    trunk = "0";
+                else if (trunk == "On")
+                    trunk = "1";
+            }
             for (int c : {col::record, col::recordHidden, col::beep, col::lockout, col::atten})
-                if (auto code = onOffCode(line[c])) line[c] = *code;
-            if (auto code = modeCode(line[col::mode])) line[col::mode] = *code;
-            if (auto code = delayCode(line[col::delay], bc785d)) line[col::delay] = *code;
-            if (auto code = stepCode(line[col::step], doc_.model.x96)) line[col::step] = *code;
-            if (auto code = toneCode(line[col::tone])) line[col::tone] = *code;
+                if (taken[static_cast<std::size_t>(c)])
+                    if (auto code = onOffCode(line[c])) line[c] = *code;
+            if (taken[col::mode])
+                if (auto code = modeCode(line[col::mode])) line[col::mode] = *code;
+            if (taken[col::delay])
+                if (auto code = delayCode(line[col::delay], bc785d)) line[col::delay] = *code;
+            if (taken[col::step])
+                if (auto code = stepCode(line[col::step], doc_.model.x96)) line[col::step] = *code;
+            if (taken[col::tone])
+                if (auto code = toneCode(line[col::tone])) line[col::tone] = *code;
             if (line[col::comment].size() > kCommentLength) line[col::comment].resize(kCommentLength);
         }
         if (r % 10 == 0) view_->showProgress(r);
     }
+    if (settings_.option9 == 1) rebuildeasytags();
 
     grid_.setSelection(selection);
     if (wasShown) grid_.show();
     view_->hideProgress();
     return true;
+}
+
+std::string MemTable::shownText(const ChannelCells& line, int storeColumn) const
+{
+    if (Val(line[col::freq]) == 0) return {};
+    const std::string& cell = line[storeColumn];
+    switch (storeColumn) {
+    case col::freq: return formatFreq(cell, settings_.zero);
+    case col::tag: return cell;
+    case col::trunk:
+    case col::record:
+    case col::recordHidden:
+    case col::beep:
+    case col::lockout:
+    case col::atten: return onOffText(cell);
+    case col::delay: return delayText(cell, doc_.model.bc785d);
+    case col::tone: return toneText(repairToneCode(cell));
+    case col::mode: return modeText(cell);
+    case col::step: return stepText(cell);
+    default: return {};
+    }
 }
 
 void MemTable::convertcell(int storeColumn, int row, int gridColumn)
@@ -100,33 +143,12 @@ void MemTable::convertcell(int storeColumn, int row, int gridColumn)
         services_.dialogs.message("convert error");
         return;
     }
-    grid_.setText(row, gridColumn, {});
     auto& line = doc_.memdata[bank][row];
-    if (Val(line[col::freq]) == 0) return;
-    std::string text;
-    std::string& cell = line[storeColumn];
-    switch (storeColumn) {
-    case col::freq: text = formatFreq(cell, settings_.zero); break;
-    case col::tag:
-        text = cell;
-        doc_.addeasytag(cell, bank, settings_.option9);
-        break;
-    case col::trunk:
-    case col::record:
-    case col::recordHidden:
-    case col::beep:
-    case col::lockout:
-    case col::atten: text = onOffText(cell); break;
-    case col::delay: text = delayText(cell, doc_.model.bc785d); break;
-    case col::tone:
-        cell = repairToneCode(cell);
-        text = toneText(cell);
-        break;
-    case col::mode: text = modeText(cell); break;
-    case col::step: text = stepText(cell); break;
-    default: return;
+    if (Val(line[col::freq]) != 0) {
+        if (storeColumn == col::tone) line[col::tone] = repairToneCode(line[col::tone]);
+        if (storeColumn == col::tag) doc_.addeasytag(line[col::tag], bank, settings_.option9);
     }
-    grid_.setText(row, gridColumn, std::move(text));
+    grid_.setText(row, gridColumn, shownText(line, storeColumn));
 }
 
 void MemTable::fillgrid()
@@ -247,9 +269,12 @@ void MemTable::applyLayout()
 
 void MemTable::setModel(const ModelSwitches& model)
 {
-    // The grid is read back under the old layout first, so that nothing typed
-    // is lost and the stored codes stay as they are until the next read.
-    createbank();
+    // What was typed since the last read is carried into the store under the
+    // old layout, so that nothing is lost; every other cell keeps its stored
+    // code, which the old layout may show only in part (the BC250D shows every
+    // delay but None as "2"). The codes meet the new layout when its grid is
+    // next read back.
+    readGrid(true);
     doc_.model = model;
     doc_.model.normalise();
     applyLayout();

@@ -149,6 +149,12 @@ public:
     bool portFree();
 
 private:
+    using ChannelCells = std::array<std::string, kCellColumns>;
+    // createbank; with onlyEdited, the cells whose grid text still is what
+    // fillgrid paints from their stored code keep that code.
+    bool readGrid(bool onlyEdited);
+    // The grid text fillgrid paints for a store cell of a channel.
+    std::string shownText(const ChannelCells& line, int storeColumn) const;
     std::string chooseFolder(const std::string& stored) const;
     void afterLoad();
 

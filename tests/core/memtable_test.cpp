@@ -127,22 +127,48 @@ TEST(Convertcell, AnEmptyChannelIsBlankWhateverItsFrequencyText)
     EXPECT_EQ(Val(t.store(1, col::freq)), 0);
 }
 
-TEST(ModelChange, TheShortDelayListCollapsesTheCodesOnlyWhenTheGridIsReadBack)
+TEST(ModelChange, StoredCodesStayUntilTheGridIsReadBackUnderTheNewLayout)
 {
-    Table t(Model::BC785D);
-    t.store(1, col::freq) = "0146.5200";
-    t.store(1, col::delay) = "5";
-    t.table.fillgrid();
-    EXPECT_EQ(t.cell(1, col::delay), "-2");
-    t.table.setModel(ModelSwitches::of(Model::BC250D));
-    EXPECT_EQ(t.grid.cols(), 11);
-    EXPECT_EQ(t.grid.text(0, 5), "Beep Alert");
-    EXPECT_EQ(t.cell(1, col::delay), "2");
-    EXPECT_EQ(t.store(1, col::delay), "5");
-    t.table.changeBank(1);
-    t.table.changeBank(0);
-    EXPECT_EQ(t.store(1, col::delay), "2");
-    EXPECT_EQ(t.table.caption(), "Kestra Console for Uniden BC250D - [ Untitled ]");
+    const Model models[] = {Model::BC250D, Model::BC785D, Model::BC296D, Model::BC796D, Model::UBC3300};
+    for (Model from : models)
+        for (Model to : models) {
+            if (from == to) continue;
+            const std::string pair = std::string(modelName(from)) + " -> " + modelName(to);
+            Table t(from);
+            // Rows 1..10: every delay and step code, and a beep code no layout knows.
+            for (int r = 1; r <= 10; ++r) {
+                t.store(r, col::freq) = "0146.5200";
+                t.store(r, col::delay) = std::to_string((r - 1) % 8);
+                t.store(r, col::step) = std::to_string(r - 1);
+                t.store(r, col::beep) = "7";
+            }
+            t.table.fillgrid();
+            // Typed but not yet read back: the edit is carried over.
+            t.put(11, col::freq, "155");
+            t.put(11, col::tag, "typed");
+            t.put(1, col::mode, "AM");
+            const auto before = t.doc.memdata[0];
+
+            t.table.setModel(ModelSwitches::of(to));
+            const int bc785d = t.doc.model.bc785d;
+            EXPECT_EQ(t.grid.cols(), gridDataColumns(bc785d) + 1) << pair;
+            for (int r = 1; r <= 10; ++r) {
+                for (int c : {col::delay, col::step, col::beep, col::record, col::tone})
+                    EXPECT_EQ(t.store(r, c), before[r][c]) << pair << " row " << r << " column " << c;
+                EXPECT_EQ(t.cell(r, col::delay), delayText(before[r][col::delay], bc785d)) << pair << " row " << r;
+            }
+            EXPECT_EQ(t.store(1, col::mode), "2") << pair;
+            EXPECT_EQ(t.store(11, col::freq), "0155.0000") << pair;
+            EXPECT_EQ(t.store(11, col::tag), "typed") << pair;
+
+            // Read back under the new layout: each delay takes the code the new layout gives its text.
+            t.table.createbank();
+            for (int r = 1; r <= 10; ++r) {
+                const std::string shown = delayText(before[r][col::delay], bc785d);
+                EXPECT_EQ(t.store(r, col::delay), delayCode(shown, bc785d).value()) << pair << " row " << r;
+            }
+            EXPECT_EQ(t.table.caption(), std::string("Kestra Console for Uniden ") + modelName(to) + " - [ Untitled ]");
+        }
 }
 
 // ---- tabs ----
