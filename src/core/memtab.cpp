@@ -178,6 +178,7 @@ Memtab::Memtab(MemTable& table, AppFolder folder, QWidget* parent)
     bankTools_ = std::make_unique<BankTools>(table_, *lineOps_);
     // Shift+Delete, Ctrl+D and Ctrl+U run the menu entries of the same work.
     cellEntry_->clearSelectedLines = [this] { action("memtab_delline")->trigger(); };
+    cellEntry_->tell = [this](const std::string& text) { statusBar()->showMessage(toQt(text), kRunLineMs); };
     cellEntry_->shiftChannelDown = [this] { action("edit_shiftdown")->trigger(); };
     cellEntry_->shiftChannelUp = [this] { action("edit_shiftup")->trigger(); };
 
@@ -1106,6 +1107,7 @@ bool Memtab::gridKey(QKeyEvent* event)
     case Qt::Key_Backspace: key.kind = Kind::Backspace; break;
     case Qt::Key_Return:
     case Qt::Key_Enter: key.kind = Kind::Enter; break;
+    case Qt::Key_F2: key.kind = Kind::Edit; break;
     case Qt::Key_Plus:
     case Qt::Key_Minus:
         if (mods & Qt::KeypadModifier) {

@@ -211,7 +211,7 @@ int BankTools::replaceTags(const std::string& what, const std::string& with, Sco
             std::string& tag = line[col::tag];
             const std::size_t at = findAnyCase(tag, what);
             if (at == std::string::npos) continue;
-            std::string result = tag.substr(0, at) + with + tag.substr(at + what.size());
+            std::string result = tag.substr(0, at) + withoutQuotes(with) + tag.substr(at + what.size());
             if (result.size() > kTagLength) result.resize(kTagLength);
             if (result == tag) continue;
             // The bank's undo copy is taken before its first tag changes.

@@ -260,18 +260,20 @@ CellEntry::KeyResult CellEntry::textKey(int row, int gc, const Keystroke& k)
     Grid& grid = table_.grid();
     // A cell cleared on purpose is typed into as a blank one.
     if (grid.text(row, gc) == kEmpty) grid.setText(row, gc, "");
-    std::string text = grid.text(row, gc);
+    // Enter, F2 and a double click edit the cell's text; a key typed starts
+    // a fresh entry with that key, as in every spreadsheet (typing "460" on
+    // a cell holding 155.0000 enters 460).
+    std::string text;
     switch (k.kind) {
-    case Keystroke::Kind::Enter: break;   // the cell's text, to be edited
-    case Keystroke::Kind::Backspace:
-        if (!text.empty()) text.pop_back();
-        break;
-    case Keystroke::Kind::Space: text += ' '; break;
-    case Keystroke::Kind::NumPlus: text += '+'; break;
-    case Keystroke::Kind::NumMinus: text += '-'; break;
+    case Keystroke::Kind::Enter:
+    case Keystroke::Kind::Edit: text = grid.text(row, gc); break;
+    case Keystroke::Kind::Backspace: break;
+    case Keystroke::Kind::Space: text = " "; break;
+    case Keystroke::Kind::NumPlus: text = "+"; break;
+    case Keystroke::Kind::NumMinus: text = "-"; break;
     case Keystroke::Kind::Character:
         if (static_cast<unsigned char>(k.ch) < 32) return KeyResult::Ignored;
-        text += k.ch;
+        text = std::string(1, k.ch);
         break;
     default: return KeyResult::Ignored;
     }
@@ -316,7 +318,7 @@ CellEntry::KeyResult CellEntry::listKey(int row, int gc, const Keystroke& k)
 CellEntry::KeyResult CellEntry::doubleClick(int row, int gc)
 {
     if (row < 1 || row > kChannelRows || storeColumn(gc) == 0) return KeyResult::Ignored;
-    if (opensEditor(gc)) return textKey(row, gc, Keystroke::of(Keystroke::Kind::Enter));
+    if (opensEditor(gc)) return textKey(row, gc, Keystroke::of(Keystroke::Kind::Edit));
     return listKey(row, gc, Keystroke::of(Keystroke::Kind::Space));
 }
 
@@ -336,18 +338,28 @@ void CellEntry::commit(const std::string& text, bool moveOn)
     editing_ = false;
     const Edit e = edit_;
     switch (rule(e.col)) {
-    case EntryRule::Frequency:
-        // A box emptied by the user clears the frequency rather than entering 25 MHz.
-        if (ltrim(text).empty())
+    case EntryRule::Frequency: {
+        // A box emptied by the user clears the frequency rather than entering
+        // 25 MHz; a text without a digit is no frequency and changes nothing;
+        // a comma is a decimal point, as many users write it.
+        std::string typed = text;
+        std::replace(typed.begin(), typed.end(), ',', '.');
+        if (ltrim(typed).empty()) {
             setCell(e.row, e.col, "");
-        else
-            frequency_.enterfreq(e.row, text);
+        } else if (typed.find_first_of("0123456789") == std::string::npos) {
+            if (tell) tell("\"" + text + "\" is not a frequency: the channel is left as it was.");
+            return;
+        } else {
+            frequency_.enterfreq(e.row, typed);
+        }
         break;
+    }
     case EntryRule::Tag: {
+        const std::string tag = withoutQuotes(text);
         const Settings& settings = table_.settings();
-        table_.doc().addeasytag(text, table_.doc().currentBank, settings.option9);
+        table_.doc().addeasytag(tag, table_.doc().currentBank, settings.option9);
         if (settings.option9 == 1) table_.rebuildeasytags();
-        setCell(e.row, e.col, text);
+        setCell(e.row, e.col, tag);
         break;
     }
     default: return;
@@ -386,6 +398,8 @@ const std::vector<std::string>& CellEntry::shortcutLines()
         "M = FM ",
         "N = NFM ",
         "W = WFM ",
+        "Typing = a new entry in the cell",
+        "Enter or F2 = edit the cell's text",
         "CTRL + D = shift channel down ",
         "CTRL + U = shift channel up ",
         "0 = Off ",
@@ -402,37 +416,68 @@ const std::vector<std::string>& CellEntry::shortcutLines()
 
 // ---- menu commands ----
 
+namespace {
+// The lines a bandplan is applied to: those selected, or all 100 when the
+// selection is one row.
+std::pair<int, int> bandplanRows(MemTable& table)
+{
+    const GridSelection& sel = table.grid().selection();
+    if (sel.top() == sel.bottom()) return {1, kChannelRows};
+    return {sel.top(), sel.bottom()};
+}
+
+// Runs a check on the store and repaints; the document counts as changed only
+// when the check changed a channel: for the bank on view what the grid shows,
+// for the others their cells. (The store's forms of one value, "None" and "0"
+// for no tone, "Empty" and "0000.0000" for no frequency, are no change a user
+// could see.)
+template <class Check>
+void checkStore(MemTable& table, Check check)
+{
+    const Grid& grid = table.grid();
+    const auto shown = [&grid] {
+        std::vector<std::string> cells;
+        for (int r = 0; r < grid.rows(); ++r)
+            for (int c = 0; c < grid.cols(); ++c) cells.push_back(grid.text(r, c));
+        return cells;
+    };
+    const auto before = shown();
+    if (!table.createbank()) return;
+    const auto stored = table.doc().memdata;
+    check(table.doc(), table.settings());
+    table.fillgrid();
+    bool changed = shown() != before;
+    const auto& after = table.doc().memdata;
+    for (int b = 0; b <= kDummyBank && !changed; ++b) {
+        if (b == table.doc().currentBank) continue;
+        for (int r = 1; r <= kChannelRows; ++r)
+            for (int c = 0; c < kCellColumns; ++c) {
+                const std::string& was = stored[b][r][c];
+                const std::string& is = after[b][r][c];
+                if (c == col::freq ? Val(was) != Val(is) : was != is) changed = true;
+            }
+    }
+    if (changed) table.markDirty();
+}
+} // namespace
+
 void checkDataInTable(MemTable& table)
 {
-    if (!table.createbank()) return;
-    Document& doc = table.doc();
-    const Settings& settings = table.settings();
-    checktable(doc, settings);
-    if (settings.bandplan != 0) applybandplan(doc, settings, doc.currentBank, 1, kChannelRows);
-    table.fillgrid();
-    table.markDirty();
+    const auto [first, last] = bandplanRows(table);
+    checkStore(table, [&, first = first, last = last](Document& doc, const Settings& settings) {
+        checktable(doc, settings);
+        if (settings.bandplan != 0) applybandplan(doc, settings, doc.currentBank, first, last);
+    });
 }
 
 void bandplanCurrentBank(MemTable& table)
 {
-    const GridSelection sel = table.grid().selection();
-    int first = sel.top(), last = sel.bottom();
-    if (first == last) {
-        first = 1;
-        last = kChannelRows;
-    }
-    if (!table.createbank()) return;
-    applybandplan(table.doc(), table.settings(), table.doc().currentBank, first, last);
-    table.fillgrid();
-    table.markDirty();
+    const auto [first, last] = bandplanRows(table);
+    checkStore(table, [&, first = first, last = last](Document& doc, const Settings& settings) {
+        applybandplan(doc, settings, doc.currentBank, first, last);
+    });
 }
 
-void bandplanAllBanks(MemTable& table)
-{
-    if (!table.createbank()) return;
-    applybandplanall(table.doc(), table.settings());
-    table.fillgrid();
-    table.markDirty();
-}
+void bandplanAllBanks(MemTable& table) { checkStore(table, applybandplanall); }
 
 } // namespace kestra

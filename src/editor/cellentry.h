@@ -36,6 +36,7 @@ struct Keystroke {
         Delete,
         Backspace,
         Enter,
+        Edit,       // F2: the cell's text into the box, to be edited
         NumPlus,    // + and - of the numeric keypad
         NumMinus,
     };
@@ -116,6 +117,8 @@ public:
     // The line operations behind Shift+Delete, Ctrl+D and Ctrl+U. While they
     // are unset the keys do nothing.
     std::function<void()> clearSelectedLines;
+    // A short word for the status bar (why an entry was not taken).
+    std::function<void(const std::string&)> tell;
     std::function<void()> shiftChannelDown;
     std::function<void()> shiftChannelUp;
 

@@ -172,7 +172,7 @@ void easyFill(Document& doc, EasyFillValues& values)
             const auto field = static_cast<EasyField>(f);
             if (!values.tick(field)) continue;
             std::string code = values.code[f];
-            if (field == EasyField::Tag && series && offset > 0) code = series->at(offset);
+            if (field == EasyField::Tag) code = withoutQuotes(series && offset > 0 ? series->at(offset) : code);
             if (field == EasyField::Tone && values.autoTone) code = nextToneCode(code, offset);
             line[easyFieldColumn(field, model)] = std::move(code);
         }

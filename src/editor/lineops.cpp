@@ -12,12 +12,11 @@ namespace kestra {
 namespace {
 
 constexpr const char* kCrLf = "\r\n";
-constexpr int kUndoColumns = 13;
 
 // A freed or new line: blanks, and "Empty" where the frequency stands.
 void blankLine(std::array<std::string, kCellColumns>& line, const std::string& blank)
 {
-    for (int c = 0; c < kUndoColumns; ++c) line[c] = blank;
+    for (int c = 0; c < col::comment; ++c) line[c] = blank;
     line[col::comment].clear();
     line[col::freq] = "Empty";
 }
@@ -79,9 +78,10 @@ void LineOperations::saveundo(int b)
 LineOperations::BankCopy LineOperations::bankCopy(int b) const
 {
     BankCopy copy;
+    // Whole rows: sorting, removing and shifting move the comment with its
+    // channel, so undo must bring it back with it.
     const auto& rows = table_.doc().memdata[b];
-    for (int r = 1; r <= kChannelRows; ++r)
-        for (int c = 0; c < kUndoColumns; ++c) copy[r][c] = rows[r][c];
+    for (int r = 1; r <= kChannelRows; ++r) copy[r] = rows[r];
     return copy;
 }
 
@@ -96,8 +96,7 @@ void LineOperations::tabundo()
 {
     const int b = bank();
     if (!canUndo(b)) return;
-    for (int r = 1; r <= kChannelRows; ++r)
-        for (int c = 0; c < kUndoColumns; ++c) line(r)[c] = undodata[b][r][c];
+    for (int r = 1; r <= kChannelRows; ++r) line(r) = undodata[b][r];
     finish();
 }
 
@@ -177,6 +176,19 @@ std::string LineOperations::cutcells()
     return text;
 }
 
+std::string LineOperations::clipLines(std::string_view clipboard)
+{
+    // Line ends of every kind (CR LF, LF alone from most programs, CR alone)
+    // as one CR; no quote reaches a cell.
+    std::string text;
+    for (std::size_t i = 0; i < clipboard.size(); ++i) {
+        const char c = clipboard[i];
+        if (c == '\r' && i + 1 < clipboard.size() && clipboard[i + 1] == '\n') continue;
+        text += c == '\n' ? '\r' : c;
+    }
+    return withoutQuotes(text);
+}
+
 void LineOperations::pastecells(const std::string& clipboard)
 {
     if (clipboard.empty()) return;
@@ -186,18 +198,17 @@ void LineOperations::pastecells(const std::string& clipboard)
 
 void LineOperations::layIn(const std::string& clipboard)
 {
-    const bool endsWithLineEnd = clipboard.size() >= 2 && clipboard.ends_with(kCrLf);
-    int rows = static_cast<int>(std::count(clipboard.begin(), clipboard.end(), '\r'));
-    if (endsWithLineEnd) --rows;
-    rows = std::max(rows, 0);
+    std::string text = clipLines(clipboard);
+    if (text.ends_with('\r')) text.pop_back();
+    const int rows = static_cast<int>(std::count(text.begin(), text.end(), '\r'));
     // The shape's width is the first line's: one more cell than its tabs.
-    const std::string first = clipboard.substr(0, clipboard.find('\r'));
+    const std::string first = text.substr(0, text.find('\r'));
     const int cols = static_cast<int>(std::count(first.begin(), first.end(), '\t'));
 
     Grid& grid = table_.grid();
     const GridSelection s = grid.selection();
     grid.setSelection({s.row, s.col, s.row + rows, s.col + cols});
-    setClipText(grid, endsWithLineEnd ? clipboard.substr(0, clipboard.size() - 2) : clipboard);
+    setClipText(grid, text);
     table_.markDirty();
 }
 
@@ -343,8 +354,8 @@ void LineOperations::selectAll()
 
 void LineOperations::pasteLinesSpecial(const std::string& clipboard)
 {
-    std::string text = clipboard;
-    if (text.ends_with(kCrLf)) text.resize(text.size() - 2);
+    std::string text = clipLines(clipboard);
+    if (text.ends_with('\r')) text.pop_back();
     if (text.empty()) return;
     saveundo();
     Grid& grid = table_.grid();

@@ -89,9 +89,11 @@ public:
     // Sets the selection's cells from a clip text; cells outside the grid are dropped.
     static void setClipText(Grid& grid, const std::string& text);
 
-    using BankCopy = std::array<std::array<std::string, 13>, kChannelRows + 1>;
+    using BankCopy = std::array<std::array<std::string, kCellColumns>, kChannelRows + 1>;  // whole rows, comments too
     // Rows 1..100, columns 0..12 of a bank as the store holds them now.
     BankCopy bankCopy(int bank) const;
+    // Clipboard text with every line end as one CR and no double quote.
+    static std::string clipLines(std::string_view clipboard);
     // Makes a copy taken earlier the bank's undo step.
     void keepUndo(int bank, BankCopy copy);
     std::array<BankCopy, kDummyBank + 1> undodata;

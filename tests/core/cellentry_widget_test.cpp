@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStatusBar>
 #include <QTableView>
 #include <QTest>
 #include <QToolBar>
@@ -83,6 +84,45 @@ TEST_F(CellEntryWindowTest, CapitalsShiftCtrlAndFunctionKeysTypeIntoTheBoxWithou
     EXPECT_NE(cell(3, col::mode), "NFM");
 }
 
+TEST_F(CellEntryWindowTest, TypingOverAFilledCellReplacesItF2EditsItAndNonsenseChangesNothing)
+{
+    startAs(Model::BC785D);
+    typeInto(1, col::freq, "155");
+    typeInto(1, col::freq, "460");                  // over the filled cell: a new entry
+    EXPECT_EQ(cell(1, col::freq), "0460.0000");
+    typeInto(1, col::tag, "Engine 2");
+    select(1, col::tag);
+    QTest::keyClick(view(), Qt::Key_F2);            // F2: the cell's text to edit
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backspace);
+    QTest::keyClicks(QApplication::focusWidget(), "3");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(cell(1, col::tag), "Engine 3");
+    typeInto(1, col::freq, "abc");                 // no digit: no frequency, nothing changes
+    EXPECT_EQ(cell(1, col::freq), "0460.0000");
+    EXPECT_NE(window->statusBar()->currentMessage().indexOf("not a frequency"), -1);
+    typeInto(2, col::freq, "155,5");                // a comma as the decimal point
+    EXPECT_EQ(cell(2, col::freq), "0155.5000");
+    typeInto(3, col::tag, "Say \"hi\"");            // a quote never reaches the store
+    EXPECT_EQ(cell(3, col::tag), "Say 'hi'");
+}
+
+TEST_F(CellEntryWindowTest, UndoAfterASortBringsEveryChannelBackWithItsComment)
+{
+    startAs(Model::BC785D);
+    typeInto(1, col::freq, "160");
+    typeInto(2, col::freq, "150");
+    ASSERT_TRUE(table->createbank());
+    doc.memdata[0][1][col::comment] = "about 160";
+    doc.memdata[0][2][col::comment] = "about 150";
+    select(1, col::freq);
+    window->action("sort_allb")->trigger();
+    ASSERT_EQ(doc.memdata[0][1][col::comment], "about 150");
+    window->action("tabundo")->trigger();
+    EXPECT_EQ(cell(1, col::freq), "0160.0000");
+    EXPECT_EQ(doc.memdata[0][1][col::comment], "about 160");
+    EXPECT_EQ(doc.memdata[0][2][col::comment], "about 150");
+}
+
 TEST_F(CellEntryWindowTest, TheBoxOpensOverTheCellEscapeDropsItAndAClickElsewhereKeepsIt)
 {
     startAs(Model::BC250D);
@@ -92,7 +132,7 @@ TEST_F(CellEntryWindowTest, TheBoxOpensOverTheCellEscapeDropsItAndAClickElsewher
     QTest::keyClick(view(), Qt::Key_9);
     QLineEdit* box = window->text1();
     ASSERT_TRUE(box->isVisible());
-    EXPECT_EQ(box->text(), "0146.52009");   // the cell's text and the key typed
+    EXPECT_EQ(box->text(), "9");   // a key typed starts a fresh entry
     EXPECT_EQ(box->geometry(), view()->visualRect(window->gridModel()->indexOfCell(6, column(col::freq))));
 
     QTest::keyClick(view(), Qt::Key_Escape);
@@ -222,6 +262,7 @@ TEST_F(CellEntryWindowTest, KeyboardShortcutsWindowListsTheKeys)
               "You can use these keyboard shortcuts,\n"
               "depending on which column is active:\n"
               "A = AM \nF = FM \nM = FM \nN = NFM \nW = WFM \n"
+              "Typing = a new entry in the cell\nEnter or F2 = edit the cell's text\n"
               "CTRL + D = shift channel down \nCTRL + U = shift channel up \n"
               "0 = Off \nF = Off \n1 = On \nN = On \n"
               "Space = toggle data\nSpace = scroll list up\nShift-Space = scroll list down\n"
@@ -246,6 +287,23 @@ TEST_F(CellEntryWindowTest, CheckDataInTableMovesALoadedFrequencyOutOfTheGap)
     EXPECT_EQ(cell(4, col::freq), "0956.0000");
     EXPECT_EQ(cell(4, col::tag), "Far");
     EXPECT_TRUE(doc.dirty);
+    // Run again there is nothing to correct: the document stays as saved.
+    doc.dirty = false;
+    button->trigger();
+    EXPECT_FALSE(doc.dirty);
+}
+
+TEST_F(CellEntryWindowTest, CheckDataInTableGivesTheBandplanToTheSelectedRowsOnly)
+{
+    startAs(Model::BC250D, [](Settings& s) { s.bandplan = 1; });
+    for (int row = 1; row <= 3; ++row) {
+        grid.setText(row, column(col::freq), "0120.0000");
+        grid.setText(row, column(col::mode), "FM");
+    }
+    grid.setSelection({1, 1, 2, 1});
+    window->action("checktab")->trigger();
+    EXPECT_EQ(cell(2, col::mode), "AM");
+    EXPECT_EQ(cell(3, col::mode), "FM");
 }
 
 TEST_F(CellEntryWindowTest, BandplanOfTheCurrentBankTakesTheSelectedRows)

@@ -184,20 +184,22 @@ TEST(CellEntryKeys, DeleteClearsTheSelectedCellsAndLineKeysWaitForTheirOperation
 
 // ---- Text1 ----------------------------------------------------------------------------------
 
-TEST(CellEntryText, TheBoxStartsWithTheCellTextAndTheKey)
+TEST(CellEntryText, AKeyStartsAFreshEntryAndEnterOrF2EditTheCellsText)
 {
     Cells c;
     c.put(1, col::freq, "0146.0000");
     EXPECT_EQ(c.type(1, col::freq, '5'), CellEntry::KeyResult::EditorOpened);
-    EXPECT_EQ(c.entry.edit().text, "0146.00005");
+    EXPECT_EQ(c.entry.edit().text, "5");
     EXPECT_EQ(c.entry.edit().row, 1);
     EXPECT_EQ(c.entry.edit().col, c.gridCol(col::freq));
     c.entry.drop();
     EXPECT_EQ(c.cell(1, col::freq), "0146.0000");
 
     c.press(1, col::freq, Keystroke::of(Kind::Backspace));
-    EXPECT_EQ(c.entry.edit().text, "0146.000");
+    EXPECT_EQ(c.entry.edit().text, "");
     c.press(1, col::freq, Keystroke::of(Kind::Enter));
+    EXPECT_EQ(c.entry.edit().text, "0146.0000");
+    c.press(1, col::freq, Keystroke::of(Kind::Edit));
     EXPECT_EQ(c.entry.edit().text, "0146.0000");
 
     // A cell cleared on purpose is typed into as a blank one.
@@ -207,7 +209,7 @@ TEST(CellEntryText, TheBoxStartsWithTheCellTextAndTheKey)
     EXPECT_EQ(c.cell(2, col::tag), "");
     c.put(3, col::tag, "Air");
     c.press(3, col::tag, Keystroke::of(Kind::Space));
-    EXPECT_EQ(c.entry.edit().text, "Air ");
+    EXPECT_EQ(c.entry.edit().text, " ");
     EXPECT_FALSE(c.doc.dirty);   // nothing is changed before the box closes
 
     // Keys that are no characters open nothing.

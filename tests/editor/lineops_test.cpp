@@ -160,6 +160,16 @@ TEST(Clipboard, CopyPasteAndCutMoveBlocksOfCells)
     e.ops.pasteLines(line);
     EXPECT_EQ(e.freq(9), "155");
     EXPECT_EQ(e.tag(9), "A");
+
+    // Text from other programs ends its lines with LF alone (or CR alone);
+    // a quote in it never reaches a cell.
+    for (const char* lines : {"Alpha\nBravo \"2\"\n", "Alpha\rBravo \"2\"", "Alpha\r\nBravo \"2\"\r\n"}) {
+        e.grid.select(20, e.tagCol);
+        e.ops.pastecells(lines);
+        EXPECT_EQ(e.tag(20), "Alpha");
+        EXPECT_EQ(e.tag(21), "Bravo '2'");
+        EXPECT_EQ(e.tag(22), "");
+    }
 }
 
 TEST(ShiftChannel, MovesOneLineAndShiftdirSwapsTheDirections)
