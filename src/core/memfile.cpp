@@ -14,15 +14,20 @@ namespace {
 
 constexpr const char* kCrLf = "\r\n";
 
-// `,"a","b",...,"z"`: a leading comma, each field quoted, no escaping.
+// `,"a","b",...,"z"`: a leading comma, each field quoted. The format has no
+// escape, so a double quote inside a field would end it early and shift every
+// later field of the file: it is written as an apostrophe.
+void appendField(std::string& out, std::string_view field)
+{
+    out += ",\"";
+    out += withoutQuotes(field);
+    out += '"';
+}
+
 template <typename Range>
 void appendQuoted(std::string& out, const Range& fields)
 {
-    for (const auto& f : fields) {
-        out += ",\"";
-        out += f;
-        out += '"';
-    }
+    for (const auto& f : fields) appendField(out, f);
 }
 
 } // namespace
@@ -40,11 +45,7 @@ std::string memText(const Document& doc, const Settings& settings)
         for (int r = 1; r <= kChannelRows; ++r) {
             const auto& line = doc.memdata[b][r];
             out += std::to_string(channelNumber(b, r));
-            for (int c = 1; c < kCellColumns; ++c) {
-                out += ",\"";
-                out += line[c];
-                out += '"';
-            }
+            for (int c = 1; c < kCellColumns; ++c) appendField(out, line[c]);
             endLine();
         }
 
@@ -52,7 +53,7 @@ std::string memText(const Document& doc, const Settings& settings)
     endLine();
 
     for (int n = 0; n < 12; ++n) {
-        out += "#$BT" + std::to_string(n) + ' ' + (settings.savenames == 1 ? doc.banktags[n] : std::string("None"));
+        out += "#$BT" + std::to_string(n) + ' ' + (settings.savenames == 1 ? withoutQuotes(doc.banktags[n]) : std::string("None"));
         endLine();
     }
     // The search lines of bank 11 hold empty fields: nothing fills those cells
@@ -80,7 +81,7 @@ std::string memText(const Document& doc, const Settings& settings)
         endLine();
     }
     for (int b = 0; b < 10; ++b) {
-        out += "#$TT" + std::to_string(b) + ' ' + doc.trunkset[b].trunktype;
+        out += "#$TT" + std::to_string(b) + ' ' + withoutQuotes(doc.trunkset[b].trunktype);
         endLine();
     }
     for (int b = 0; b < 10; ++b)

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 using namespace kestra;
@@ -174,6 +175,46 @@ TEST(MemRoundTrip, SaveLoadSaveGivesTheSameBytesAndStoresButSearchColumnsFiveToN
     EXPECT_TRUE(quiet.easytags.empty());
     EXPECT_EQ(quiet.srcdata[3][2], doc.srcdata[3][2]);
     EXPECT_EQ(quiet.srcdata[3][7], "");
+}
+
+TEST(MemRoundTrip, EveryCharacterComesBackButTheDoubleQuoteWhichBecomesAnApostrophe)
+{
+    std::string all;
+    for (int c = 32; c <= 255; ++c) all += static_cast<char>(c);
+    std::string expected = all;
+    std::replace(expected.begin(), expected.end(), '"', '\'');
+
+    // Every text field the file carries holds every character, and the fields
+    // behind each keep their place.
+    Document doc = fullDocument();
+    doc.memdata[0][1][col::tag] = all;
+    doc.memdata[0][1][col::comment] = all;
+    doc.memdata[3][50][col::mode] = all;
+    doc.banktags[0] = all;
+    doc.banktags[11] = all;
+    doc.trunkids[2][7][1] = all;
+    doc.trunklisttags[4][3] = all;
+    doc.trunkset[5].trunktype = all;
+    doc.trunkset[5].trunkfields[2] = all;
+    doc.trunkset[6].trunkblocks[1][4] = all;
+    doc.srcdata[8][4] = all;
+    doc.fipscodes[3] = all;
+    const std::string text = memText(doc, Settings{});
+    EXPECT_EQ(crlfLines(text).size(), 2107u);
+
+    Document back;
+    ASSERT_EQ(readMem(back, text, 0).status, MemLoadStatus::Loaded);
+    for (const std::string* field :
+         {&back.memdata[0][1][col::tag], &back.memdata[0][1][col::comment], &back.memdata[3][50][col::mode],
+          &back.banktags[0], &back.banktags[11], &back.trunkids[2][7][1], &back.trunklisttags[4][3],
+          &back.trunkset[5].trunktype, &back.trunkset[5].trunkfields[2], &back.trunkset[6].trunkblocks[1][4],
+          &back.srcdata[8][4], &back.fipscodes[3]})
+        EXPECT_EQ(*field, expected);
+    EXPECT_EQ(cellsOf(back.memdata[0][8]), cellsOf(doc.memdata[0][8]));
+    EXPECT_EQ(cellsOf(back.memdata[9][100]), cellsOf(doc.memdata[9][100]));
+    EXPECT_EQ(back.banktags[1], doc.banktags[1]);
+    EXPECT_EQ(back.trunkids[9], doc.trunkids[9]);
+    EXPECT_EQ(back.priochan, doc.priochan);
 }
 
 // ---- headers and versions ----
