@@ -337,6 +337,7 @@ void MemTable::fileNew()
     view_->commitEdit();
     if (!askClearTable()) return;
     doc_.clearstores();
+    doc_.onebankread = 0;
     doc_.fnaam = "Untitled";
     if (settings_.cleartag == 1) {
         doc_.setDefaultBankTags(false);
@@ -443,6 +444,9 @@ bool MemTable::savemem(const std::string& path)
 
 void MemTable::afterLoad()
 {
+    // The stores hold another document now: a send of all banks has no
+    // single-bank read of its own to warn about.
+    doc_.onebankread = 0;
     view_->bankTagsChanged();
     view_->bankChanged();
     fillgrid();

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 using namespace kestra;
 using namespace kestra::test;
 using Texts = std::vector<std::string>;
@@ -283,6 +285,34 @@ TEST(FileMenu, AnIncompatibleOrShortFileLeavesTheName)
     EXPECT_EQ(t.dialogs.shown.back().text, "Not a valid file! Line: 3 / 100 / 0 Error: 62");
     EXPECT_EQ(t.doc.fnaam, "Untitled");
     EXPECT_EQ(t.cell(3, col::tag), "Kept");
+}
+
+TEST(FileMenu, EveryOpenAndNewForgetsThatTheLastReadCoveredOneBank)
+{
+    Table t;
+    writeBytes(t.file("a.mem"), HandMadeMem{}.text());
+    HandMadeMem lorven;
+    lorven.header = "LORVEN 780 MEM V1.02";
+    writeBytes(t.file("l.mem"), lorven.text());
+    writeBytes(t.file("s.csv"), "x\r\n");
+    writeBytes(t.file("bad.mem"), "hello\r\n");
+    const std::function<void()> opens[] = {
+        [&] { t.dialogs.files = {t.file("a.mem")}; t.table.fileOpen(); },
+        [&] { t.dialogs.files = {t.file("l.mem")}; t.table.fileOpenLorven(); },
+        [&] { t.dialogs.files = {t.file("s.csv")}; t.table.fileOpenSpecial(); },
+        [&] { t.table.fileNew(); },
+    };
+    for (std::size_t i = 0; i < std::size(opens); ++i) {
+        t.doc.onebankread = 1;
+        t.doc.dirty = false;
+        opens[i]();
+        EXPECT_EQ(t.doc.onebankread, 0) << i;
+    }
+    // A file refused by its header leaves the document, the mark included.
+    t.doc.onebankread = 1;
+    t.dialogs.files = {t.file("bad.mem")};
+    t.table.fileOpen();
+    EXPECT_EQ(t.doc.onebankread, 1);
 }
 
 TEST(FileMenu, NewClearsAfterItsQuestionSavesOnYesAndResetsTagsWhenAsked)
