@@ -10,6 +10,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth fonts-liberation
   libhamlib-utils
+  clang libclang-rt-14-dev
 )
 
 missing=()
