@@ -372,7 +372,6 @@ MemLoadResult readMem(Document& doc, std::string_view bytes, int option9)
 MemLoadResult read780(Document& doc, std::string_view bytes, int option9)
 {
     (void)option9;  // LORVEN files do not feed the Easy Tag lists
-    doc.clearForLoad();
     Loader load(doc, bytes);
     const std::string first = load.in_.field().value_or("");
     if (!contains(first, "780")) return {MemLoadStatus::NotLorven};
@@ -384,6 +383,9 @@ MemLoadResult read780(Document& doc, std::string_view bytes, int option9)
         if (contains(first, mark) && number > version) version = number;
     if (version == 0) return {MemLoadStatus::LorvenNoVersion};
     load.result.version = version;
+
+    // Only a file known by its header empties the stores.
+    doc.clearForLoad();
 
     doc.clearbank(doc.currentBank);
     if (!load.channels(50, version == 7, 0)) return load.result;

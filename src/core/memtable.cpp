@@ -486,8 +486,6 @@ bool MemTable::loadmem(const std::string& path)
 
 bool MemTable::load780(const std::string& path)
 {
-    doc_.clearEasyTags();
-    rebuildeasytags();
     std::string bytes;
     if (!readFileBytes(path, bytes)) {
         MemLoadResult missing{MemLoadStatus::Invalid, 0, 0, 0, 53};
@@ -497,9 +495,16 @@ bool MemTable::load780(const std::string& path)
         return false;
     }
     const MemLoadResult result = read780(doc_, bytes, settings_.option9);
-    if (result.status != MemLoadStatus::Loaded) {
+    if (result.status == MemLoadStatus::NotLorven || result.status == MemLoadStatus::LorvenNoVersion) {
+        // Another kind of file: the document, its name and the grid stay as they were.
         services_.dialogs.message(result.message());
-        if (result.status == MemLoadStatus::Invalid) doc_.fnaam = "Untitled";
+        return false;
+    }
+    doc_.clearEasyTags();
+    rebuildeasytags();
+    if (result.status == MemLoadStatus::Invalid) {
+        services_.dialogs.message(result.message());
+        doc_.fnaam = "Untitled";
         afterLoad();
         return false;
     }

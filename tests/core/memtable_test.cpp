@@ -315,6 +315,41 @@ TEST(FileMenu, EveryOpenAndNewForgetsThatTheLastReadCoveredOneBank)
     EXPECT_EQ(t.doc.onebankread, 1);
 }
 
+TEST(FileMenu, OpenLorvenOnAWrongFileLeavesTheDocumentAsItWas)
+{
+    Table t;
+    t.type(1, col::freq, "155");
+    t.type(1, col::tag, "Mine");
+    t.dialogs.files = {t.file("old.mem")};
+    ASSERT_TRUE(t.table.fileSave());
+    const std::string saved = readBytes(t.file("old.mem"));
+    t.doc.easytags = {"Mine"};
+    writeBytes(t.file("kestra.mem"), HandMadeMem{}.text());
+    HandMadeMem noVersion;
+    noVersion.header = "LORVEN 780 MEM V9.99";
+    writeBytes(t.file("noversion.mem"), noVersion.text());
+
+    const std::pair<const char*, const char*> wrong[] = {
+        {"kestra.mem", "This is not an LORVEN file! For KESTRA mem files select FILE _ OPEN"},
+        {"noversion.mem", "File is not compatible."}};
+    for (const auto& [name, message] : wrong) {
+        t.type(2, col::tag, "typed");  // not yet read into the store
+        t.dialogs.answers = {Answer::No};
+        t.dialogs.files = {t.file(name)};
+        t.table.fileOpenLorven();
+        EXPECT_EQ(t.dialogs.shown.back().text, message);
+        EXPECT_EQ(t.doc.fnaam, t.file("old.mem")) << name;
+        EXPECT_TRUE(t.doc.dirty) << name;
+        EXPECT_EQ(t.store(1, col::tag), "Mine") << name;
+        EXPECT_EQ(t.cell(1, col::tag), "Mine") << name;
+        EXPECT_EQ(t.cell(2, col::tag), "typed") << name;
+        EXPECT_EQ(t.doc.easytags, Texts{"Mine"}) << name;
+    }
+    t.grid.setText(2, t.gridCol(col::tag), "");
+    ASSERT_TRUE(t.table.fileSave());
+    EXPECT_TRUE(readBytes(t.file("old.mem")) == saved);
+}
+
 TEST(FileMenu, NewClearsAfterItsQuestionSavesOnYesAndResetsTagsWhenAsked)
 {
     Table t;
