@@ -23,20 +23,22 @@
 namespace kestra {
 namespace {
 
+// The files in the backup folder below a backup folder.
+std::size_t backupsIn(const std::filesystem::path& backdir)
+{
+    std::size_t n = 0;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(backdir / "backup", ignored)) n += entry.is_regular_file();
+    return n;
+}
+
 struct BackupWindowTest : test::ModelWindowTest<Model::BC250D> {
     void SetUp() override
     {
         ModelWindowTest::SetUp();
         table->backdir = dir.path().string();
     }
-    std::size_t backupCount() const
-    {
-        std::size_t n = 0;
-        std::error_code ignored;
-        for (const auto& entry : std::filesystem::directory_iterator(dir.path() / "backup", ignored))
-            n += entry.is_regular_file();
-        return n;
-    }
+    std::size_t backupCount() const { return backupsIn(dir.path()); }
 };
 
 TEST_F(BackupWindowTest, TheRunningWindowWritesABackupEveryMinuteAndLeavesTheDocumentUnsaved)
@@ -49,7 +51,7 @@ TEST_F(BackupWindowTest, TheRunningWindowWritesABackupEveryMinuteAndLeavesTheDoc
     scheduler.advance(60000);
     EXPECT_EQ(backupCount(), 1u);
     // A backup is a copy: the document keeps its name and stays unsaved, so
-    // leaving the program still asks to save it.
+    // leaving the program still asks to save it ("Save data?").
     EXPECT_TRUE(doc.dirty);
     EXPECT_EQ(doc.fnaam, name);
 }
@@ -61,14 +63,7 @@ struct BackupDuringReadTest : ::testing::Test, test::MainWindowRig {
         table->backdir = dir.path().string();
     }
     sim::VirtualScanner& scanner() { return ports->virtualScanner(doc.model.model()); }
-    std::size_t backupCount() const
-    {
-        std::size_t n = 0;
-        std::error_code ignored;
-        for (const auto& entry : std::filesystem::directory_iterator(dir.path() / "backup", ignored))
-            n += entry.is_regular_file();
-        return n;
-    }
+    std::size_t backupCount() const { return backupsIn(dir.path()); }
 };
 
 TEST_F(BackupDuringReadTest, ABackupWaitsWhileReadDataFillsTheStore)
