@@ -3,9 +3,14 @@
 #include "listreader.h"
 #include "text.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <fstream>
 #include <system_error>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace kestra {
@@ -151,16 +156,38 @@ std::string writeFileAtomic(const std::filesystem::path& path, std::string_view 
 bool readFileBytes(const std::filesystem::path& path, std::string& bytes)
 {
     bytes.clear();
-    std::error_code ec;
-    if (std::filesystem::is_directory(path, ec)) return false;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return false;
-    char buffer[64 * 1024];
-    while (bytes.size() < kMaxReadBytes && in) {
-        in.read(buffer, static_cast<std::streamsize>(std::min(sizeof buffer, kMaxReadBytes - bytes.size())));
-        bytes.append(buffer, static_cast<std::size_t>(in.gcount()));
+    // Looked at before it is opened, so that no device is opened at all (a
+    // serial port would see its lines change), and again once open, in case
+    // the name was replaced in between. The open itself does not wait for a
+    // FIFO's writer.
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return false;
+    const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) return false;
+    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+        ::close(fd);
+        return false;
     }
+    char buffer[64 * 1024];
+    while (bytes.size() < kMaxReadBytes) {
+        const ssize_t got = ::read(fd, buffer, std::min(sizeof buffer, kMaxReadBytes - bytes.size()));
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) break;
+        bytes.append(buffer, static_cast<std::size_t>(got));
+    }
+    ::close(fd);
     return true;
+}
+
+bool notRegularFile(const std::filesystem::path& path)
+{
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode);
+}
+
+std::string notRegularMessage(const std::filesystem::path& path)
+{
+    return "The file " + cp1252FromUtf8(path.string()) + " is not a regular file; it was not opened.";
 }
 
 std::string MemLoadResult::message() const

@@ -32,8 +32,16 @@ std::string writeFileAtomic(const std::filesystem::path& path, std::string_view 
 // The largest file the readers take in; what lies beyond is not read.
 inline constexpr std::size_t kMaxReadBytes = 64u << 20;
 
-// Reads a whole file (up to kMaxReadBytes). False when it cannot be opened.
+// Reads a whole file (up to kMaxReadBytes). False when it cannot be opened or
+// is not a regular file: a folder, a FIFO or a device is never read, since a
+// FIFO without a writer, or a terminal, would keep the reader waiting for good.
 bool readFileBytes(const std::filesystem::path& path, std::string& bytes);
+
+// True when something is there under the name (a link followed) that is not a
+// regular file, which readFileBytes refuses.
+bool notRegularFile(const std::filesystem::path& path);
+// What the user is told about such a name.
+std::string notRegularMessage(const std::filesystem::path& path);
 
 enum class MemLoadStatus {
     Loaded,           // read to its end, or ended quietly in a late section

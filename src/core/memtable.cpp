@@ -1,5 +1,6 @@
 #include "memtable.h"
 
+#include "listreader.h"
 #include "reffiles.h"
 #include "setupfile.h"
 #include "text.h"
@@ -8,7 +9,6 @@
 
 #include <algorithm>
 #include <bitset>
-#include <fstream>
 
 namespace kestra {
 
@@ -244,11 +244,9 @@ void MemTable::formLoad()
 
 void MemTable::loadLastFile()
 {
-    std::ifstream in(services_.folder.file("lastfile.ini"), std::ios::binary);
-    if (!in) return;
-    std::string name;
-    std::getline(in, name);
-    if (!name.empty() && name.back() == '\r') name.pop_back();
+    std::string bytes;
+    if (!readFileBytes(services_.folder.file("lastfile.ini"), bytes)) return;
+    const std::string name = ListReader(bytes).line().value_or("");
     if (name.empty()) return;
     loadmem(name);
 }
@@ -454,6 +452,18 @@ void MemTable::afterLoad()
     view_->captionChanged();
 }
 
+void MemTable::refuseFile(const std::string& path)
+{
+    if (notRegularFile(path)) {
+        services_.dialogs.message(notRegularMessage(path));
+    } else {
+        const MemLoadResult missing{MemLoadStatus::Invalid, 0, 0, 0, 53};
+        services_.dialogs.message(missing.message());
+    }
+    doc_.fnaam = "Untitled";
+    view_->captionChanged();
+}
+
 bool MemTable::loadmem(const std::string& path)
 {
     doc_.clearEasyTags();
@@ -461,10 +471,7 @@ bool MemTable::loadmem(const std::string& path)
     std::string bytes;
     if (!readFileBytes(path, bytes)) {
         settings_.loadlast = 0;
-        MemLoadResult missing{MemLoadStatus::Invalid, 0, 0, 0, 53};
-        services_.dialogs.message(missing.message());
-        doc_.fnaam = "Untitled";
-        view_->captionChanged();
+        refuseFile(path);
         return false;
     }
     const MemLoadResult result = readMem(doc_, bytes, settings_.option9);
@@ -488,10 +495,7 @@ bool MemTable::load780(const std::string& path)
 {
     std::string bytes;
     if (!readFileBytes(path, bytes)) {
-        MemLoadResult missing{MemLoadStatus::Invalid, 0, 0, 0, 53};
-        services_.dialogs.message(missing.message());
-        doc_.fnaam = "Untitled";
-        view_->captionChanged();
+        refuseFile(path);
         return false;
     }
     const MemLoadResult result = read780(doc_, bytes, settings_.option9);
@@ -517,6 +521,10 @@ bool MemTable::loadspecial(const std::string& path)
 {
     doc_.clearEasyTags();
     rebuildeasytags();
+    if (notRegularFile(path)) {
+        services_.dialogs.message(notRegularMessage(path));
+        return false;
+    }
     std::string bytes;
     readFileBytes(path, bytes);  // a file that cannot be read reads as empty
     readSpecial(doc_, bytes, settings_.option9);

@@ -157,6 +157,9 @@ private:
     std::string shownText(const ChannelCells& line, int storeColumn) const;
     std::string chooseFolder(const std::string& stored) const;
     void afterLoad();
+    // A file that could not be read: missing (error 53) or not a regular file.
+    // The name becomes "Untitled"; the stores stay.
+    void refuseFile(const std::string& path);
 
     Document& doc_;
     Settings& settings_;

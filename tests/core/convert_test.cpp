@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 using namespace kestra;
 using namespace kestra::test;
 
@@ -93,6 +95,17 @@ TEST(KestractlConvert, RefusedFilesGiveTheMessageAndStatusOne)
     run = convert(dir, "l.mem", "out.mem");
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err, "File is not compatible.\n");
+
+    // A FIFO or a folder is refused at once, where reading a FIFO would wait for a writer.
+    ASSERT_EQ(::mkfifo(dir.file("pipe.mem").c_str(), 0600), 0);
+    run = runKestractl(dir, "convert '" + dir.file("pipe.mem") + "' '" + dir.file("out.mem") + "'", 20);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "The file " + dir.file("pipe.mem") + " is not a regular file; it was not opened.\n");
+    std::filesystem::create_directory(dir.file("folder.mem"));
+    run = convert(dir, "folder.mem", "out.mem");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "The file " + dir.file("folder.mem") + " is not a regular file; it was not opened.\n");
+    EXPECT_FALSE(std::filesystem::exists(dir.file("out.mem")));
 
     run = convert(dir, "missing.mem", "out.mem");
     EXPECT_EQ(run.status, 1);

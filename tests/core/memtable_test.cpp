@@ -4,7 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <functional>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace kestra;
 using namespace kestra::test;
@@ -348,6 +355,60 @@ TEST(FileMenu, OpenLorvenOnAWrongFileLeavesTheDocumentAsItWas)
     t.grid.setText(2, t.gridCol(col::tag), "");
     ASSERT_TRUE(t.table.fileSave());
     EXPECT_TRUE(readBytes(t.file("old.mem")) == saved);
+}
+
+TEST(FileMenu, NamesThatAreNotRegularFilesAreRefusedWithoutWaiting)
+{
+    Table t;
+    const std::string pipe = t.file("pipe.mem"), csvPipe = t.file("pipe.csv"), folder = t.file("folder.mem");
+    for (const std::string& name : {pipe, csvPipe, t.file("lastfile.ini")}) ASSERT_EQ(::mkfifo(name.c_str(), 0600), 0);
+    std::filesystem::create_directory(folder);
+    // Runs a step that must not wait for a writer. Should it wait all the
+    // same, a writer comes and goes so that the test ends, and fails.
+    auto inTime = [&](const std::function<void()>& step) {
+        std::atomic<bool> done = false;
+        std::thread runner([&] { step(); done = true; });
+        for (int i = 0; i < 300 && !done; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        const bool quick = done;
+        while (!done) {
+            for (const std::string& name : {pipe, csvPipe, t.file("lastfile.ini")}) {
+                const int fd = ::open(name.c_str(), O_WRONLY | O_NONBLOCK);
+                if (fd >= 0) ::close(fd);
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        runner.join();
+        return quick;
+    };
+
+    // A lastfile.ini that is a FIFO is passed over at start.
+    t.settings.loadlast = 1;
+    EXPECT_TRUE(inTime([&] { t.table.formLoad(); t.scheduler.advance(1000); }));
+    EXPECT_TRUE(t.messages().empty());
+
+    std::filesystem::remove(t.file("lastfile.ini"));
+    writeBytes(t.file("lastfile.ini"), pipe + "\r\n");
+    t.doc.fnaam = t.file("mine.mem");
+    EXPECT_TRUE(inTime([&] { t.table.formLoad(); t.scheduler.advance(1000); }));
+    EXPECT_EQ(t.messages(), Texts{"The file " + pipe + " is not a regular file; it was not opened."});
+    EXPECT_EQ(t.settings.loadlast, 0);  // and the next start does not try again
+    EXPECT_EQ(t.doc.fnaam, "Untitled");
+
+    const std::pair<std::string, std::function<void()>> opens[] = {
+        {pipe, [&] { t.table.fileOpen(); }},
+        {pipe, [&] { t.table.fileOpenLorven(); }},
+        {csvPipe, [&] { t.table.fileOpenSpecial(); }},
+        {folder, [&] { t.table.fileOpen(); }},
+    };
+    for (const auto& [name, open] : opens) {
+        t.type(1, col::tag, "kept");
+        t.table.createbank();
+        t.doc.dirty = false;
+        t.dialogs.files = {name};
+        EXPECT_TRUE(inTime(open)) << name;
+        EXPECT_EQ(t.dialogs.shown.back().text, "The file " + name + " is not a regular file; it was not opened.");
+        EXPECT_EQ(t.store(1, col::tag), "kept") << name;
+    }
 }
 
 TEST(FileMenu, NewClearsAfterItsQuestionSavesOnYesAndResetsTagsWhenAsked)

@@ -5,11 +5,13 @@
 
 namespace kestra::test {
 
-CtlRun runKestractl(const TempDir& home, const std::string& args)
+CtlRun runKestractl(const TempDir& home, const std::string& args, int timeLimit)
 {
     const std::string errFile = home.file("stderr.txt"), outFile = home.file("stdout.txt");
     const std::string command = "HOME='" + home.path().string() + "' XDG_CONFIG_HOME='" + home.file("config") +
-                                "' XDG_DATA_HOME='" + home.file("data") + "' QT_QPA_PLATFORM=offscreen " KESTRACTL_PATH " " +
+                                "' XDG_DATA_HOME='" + home.file("data") + "' QT_QPA_PLATFORM=offscreen " +
+                                (timeLimit > 0 ? "timeout -s KILL " + std::to_string(timeLimit) + " " : std::string()) +
+                                KESTRACTL_PATH " " +
                                 args + " 2>'" + errFile + "' >'" + outFile + "'";
     CtlRun run;
     const int raw = std::system(command.c_str());

@@ -14,6 +14,7 @@ struct CtlRun {
     std::string out;   // what it wrote on stdout
 };
 
-CtlRun runKestractl(const TempDir& home, const std::string& args);
+// With a time limit (seconds), a run still going then is killed (status 137).
+CtlRun runKestractl(const TempDir& home, const std::string& args, int timeLimit = 0);
 
 } // namespace kestra::test
