@@ -1,5 +1,7 @@
 #include "listreader.h"
 
+#include <algorithm>
+
 namespace kestra {
 
 void ListReader::skipLineEnd()
@@ -36,13 +38,13 @@ std::optional<std::string> ListReader::field()
     return value;
 }
 
-std::optional<std::string> ListReader::line()
+std::optional<std::string> ListReader::line(std::size_t maxLength)
 {
     if (atEnd()) return std::nullopt;
     const std::size_t start = pos_;
     const std::size_t end = text_.find_first_of("\r\n", start);
     pos_ = end == std::string_view::npos ? text_.size() : end;
-    std::string value(text_.substr(start, pos_ - start));
+    std::string value(text_.substr(start, std::min(pos_ - start, maxLength)));
     skipLineEnd();
     return value;
 }

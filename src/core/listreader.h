@@ -23,7 +23,9 @@ public:
     // One field; nothing at the end of the text.
     std::optional<std::string> field();
     // One whole line, without its line end; nothing at the end of the text.
-    std::optional<std::string> line();
+    // Only the first maxLength characters are taken; the rest of the line is
+    // passed over without being copied.
+    std::optional<std::string> line(std::size_t maxLength = std::string::npos);
 
 private:
     void skipLineEnd();

@@ -26,7 +26,9 @@ void readNames(Document& doc, const std::filesystem::path& folder)
     if (!found) return;
     ListReader in(text);
     for (int b = 0; b <= kDummyBank; ++b) {
-        auto line = in.line();
+        // A bank tag is kept as long as a channel's tag: a longer line (a
+        // damaged file can hold megabytes) is cut while it is read.
+        auto line = in.line(kTagLength);
         if (!line) break;
         std::replace(line->begin(), line->end(), ',', ';');
         doc.banktags[b] = *line;

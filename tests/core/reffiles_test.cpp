@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <tuple>
 
 using namespace kestra;
@@ -33,6 +34,20 @@ TEST(NamesFile, TagsComeBackWithSemicolonsForCommas)
     TempDir empty;
     readNames(next, empty.path());
     EXPECT_EQ(next.banktags[0], "Only one");
+}
+
+TEST(NamesFile, AHugeLineIsCutToATagWhileItIsRead)
+{
+    TempDir dir;
+    // Twelve megabytes on the first line, a comma in the part that is kept.
+    writeBytes(dir.path() / "names.dat", "Air, local tags " + std::string(12'000'000, 'x') + "\r\nFire\r\n");
+    Document doc;
+    const auto start = std::chrono::steady_clock::now();
+    readNames(doc, dir.path());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
+    EXPECT_EQ(doc.banktags[0], "Air; local tags ");
+    EXPECT_EQ(doc.banktags[1], "Fire");
+    EXPECT_EQ(doc.banktags[2], "Bank: 3");
 }
 
 TEST(TrunkTypeFile, KeepsTheTypesOfTheTenBanks)
