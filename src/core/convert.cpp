@@ -38,6 +38,15 @@ bool convertMem(const ConvertRequest& request, Dialogs& dialogs, ProfileStore& p
     }
     table.formLoad();
 
+    // File > Save As OUT: the name as the chooser would give it.
+    std::string out = request.out;
+    if (!contains(out, ".MEM") && !contains(out, ".mem")) out += ".mem";
+    if (isReadOnlyFile(memSavePath(out))) {
+        // The window would ask; without one a read-only file stays as it is.
+        dialogs.message("The file " + cp1252FromUtf8(memSavePath(out).string()) + " is read-only; it was not replaced.");
+        return false;
+    }
+
     std::string head;
     readFileBytes(request.in, head);
     bool loaded = false;
@@ -48,11 +57,9 @@ bool convertMem(const ConvertRequest& request, Dialogs& dialogs, ProfileStore& p
     }
     if (!loaded) return false;
 
-    // File > Save As OUT, on Bank 1.
+    // Save As, on Bank 1.
     if (!table.createbank()) return false;
     if (table.saveCheck) table.saveCheck();
-    std::string out = request.out;
-    if (!contains(out, ".MEM") && !contains(out, ".mem")) out += ".mem";
     doc.fnaam = out;
     return table.savemem(out);
 }

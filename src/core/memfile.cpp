@@ -5,8 +5,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
-#include <fstream>
+#include <optional>
 #include <system_error>
 
 #include <fcntl.h>
@@ -127,24 +128,106 @@ std::filesystem::path memSavePath(const std::string& path)
     return path;
 }
 
-std::string writeFileAtomic(const std::filesystem::path& path, std::string_view bytes)
+namespace {
+
+constexpr std::string_view kTempMark = ".kestra-tmp-";
+
+// The file a name stands for: symbolic links followed to the first name that
+// is not a link (which need not exist yet). Nothing for a loop of links.
+std::optional<std::filesystem::path> linkTarget(std::filesystem::path path)
 {
-    std::filesystem::path temp = path;
-    temp += ".kestra-tmp-" + std::to_string(::getpid());
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out) return "cannot create " + temp.string();
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        out.flush();
-        if (!out) {
-            out.close();
-            std::error_code ignore;
-            std::filesystem::remove(temp, ignore);
-            return "cannot write " + temp.string();
+    for (int hops = 0; hops < 40; ++hops) {
+        std::error_code ec;
+        if (!std::filesystem::is_symlink(path, ec)) return path;
+        const std::filesystem::path next = std::filesystem::read_symlink(path, ec);
+        if (ec) return std::nullopt;
+        path = next.is_absolute() ? next : path.parent_path() / next;
+    }
+    return std::nullopt;
+}
+
+// Removes the temporary files in a folder that a save of this program left
+// behind when it was killed: "NAME.kestra-tmp-PID" whose process has ended.
+void removeStaleTempFiles(const std::filesystem::path& folder)
+{
+    std::error_code ec;
+    std::filesystem::directory_iterator it(folder.empty() ? std::filesystem::path(".") : folder, ec);
+    if (ec) return;
+    const pid_t self = ::getpid();
+    for (const auto& entry : it) {
+        const std::string name = entry.path().filename().string();
+        const std::size_t mark = name.rfind(kTempMark);
+        if (mark == std::string::npos || mark == 0) continue;
+        const std::string_view digits = std::string_view(name).substr(mark + kTempMark.size());
+        if (digits.empty() || digits.size() > 9 || digits.find_first_not_of("0123456789") != std::string_view::npos)
+            continue;
+        const pid_t pid = static_cast<pid_t>(std::stol(std::string(digits)));
+        std::error_code typeError;
+        if (pid <= 0 || pid == self || !entry.is_regular_file(typeError) || entry.is_symlink(typeError)) continue;
+        if (::kill(pid, 0) == 0 || errno != ESRCH) continue;  // still running, or not ours to judge
+        std::error_code ignore;
+        std::filesystem::remove(entry.path(), ignore);
+    }
+}
+
+bool readOnlyMode(const std::filesystem::path& path, const struct stat& info)
+{
+    return (info.st_mode & 0222) == 0 || ::access(path.c_str(), W_OK) != 0;
+}
+
+} // namespace
+
+bool isReadOnlyFile(const std::filesystem::path& path)
+{
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) && readOnlyMode(path, info);
+}
+
+std::string writeFileAtomic(const std::filesystem::path& path, std::string_view bytes, bool replaceReadOnly)
+{
+    const std::optional<std::filesystem::path> found = linkTarget(path);
+    if (!found) return "too many symbolic links";
+    const std::filesystem::path& target = *found;
+
+    struct stat old {};
+    const bool exists = ::stat(target.c_str(), &old) == 0;
+    if (exists && !S_ISREG(old.st_mode)) return "not a regular file";
+    if (exists && !replaceReadOnly && readOnlyMode(target, old)) return "the file is read-only";
+
+    removeStaleTempFiles(target.parent_path());
+
+    std::filesystem::path temp = target;
+    temp += std::string(kTempMark) + std::to_string(::getpid());
+    const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666);
+    if (fd < 0) return "cannot create " + temp.string();
+    auto fail = [&](const std::string& what) {
+        ::close(fd);
+        std::error_code ignore;
+        std::filesystem::remove(temp, ignore);
+        return what + " " + temp.string();
+    };
+    for (std::size_t done = 0; done < bytes.size();) {
+        const ssize_t put = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (put < 0 && errno == EINTR) continue;
+        if (put <= 0) return fail("cannot write");
+        done += static_cast<std::size_t>(put);
+    }
+    if (exists) {
+        // The replacement takes the place of the old file in every way the
+        // system lets us: its owner and group first (that may clear set-id
+        // bits), then its mode.
+        if (::fchown(fd, old.st_uid, old.st_gid) != 0) {
+            // Not allowed (another user's file): the new file is ours, with the old mode.
         }
+        if (::fchmod(fd, old.st_mode & 07777) != 0) return fail("cannot set the mode of");
+    }
+    if (::close(fd) != 0) {
+        std::error_code ignore;
+        std::filesystem::remove(temp, ignore);
+        return "cannot write " + temp.string();
     }
     std::error_code ec;
-    std::filesystem::rename(temp, path, ec);
+    std::filesystem::rename(temp, target, ec);
     if (ec) {
         std::error_code ignore;
         std::filesystem::remove(temp, ignore);

@@ -27,7 +27,17 @@ std::filesystem::path memSavePath(const std::string& path);
 // Writes text to path through a temporary file in the same folder and a
 // rename, so that the old file stays whole when the write fails. Returns an
 // empty string on success, else a description of the failure.
-std::string writeFileAtomic(const std::filesystem::path& path, std::string_view bytes);
+// - A symbolic link is followed: its target gets the new text, the link stays.
+// - A file that is there keeps its mode (and its owner, where the system lets
+//   us); a read-only file is replaced only with replaceReadOnly, anything
+//   other than a regular file never.
+// - Temporary files that a save of ours left when it was killed (their
+//   process no longer runs) are removed from the folder.
+std::string writeFileAtomic(const std::filesystem::path& path, std::string_view bytes, bool replaceReadOnly = false);
+
+// True when path (a link followed) is a file that may not be written: no
+// write permission in its mode, or none for this user.
+bool isReadOnlyFile(const std::filesystem::path& path);
 
 // The largest file the readers take in; what lies beyond is not read.
 inline constexpr std::size_t kMaxReadBytes = 64u << 20;

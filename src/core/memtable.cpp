@@ -429,7 +429,12 @@ bool MemTable::fileSaveAs()
 bool MemTable::savemem(const std::string& path)
 {
     const std::filesystem::path target = memSavePath(path);
-    const std::string failure = writeFileAtomic(target, memText(doc_, settings_));
+    const bool readOnly = isReadOnlyFile(target);
+    if (readOnly && services_.dialogs.message("The file " + cp1252FromUtf8(target.string()) +
+                                                  " is read-only. Replace it anyway?",
+                                              "Save", Buttons::YesNo, Icon::Exclamation) != Answer::Yes)
+        return false;
+    const std::string failure = writeFileAtomic(target, memText(doc_, settings_), readOnly);
     if (!failure.empty()) {
         services_.dialogs.message("The file " + cp1252FromUtf8(target.string()) + " could not be written (" +
                                       cp1252FromUtf8(failure) + "). The file on disk is unchanged.",

@@ -107,6 +107,15 @@ TEST(KestractlConvert, RefusedFilesGiveTheMessageAndStatusOne)
     EXPECT_EQ(run.err, "The file " + dir.file("folder.mem") + " is not a regular file; it was not opened.\n");
     EXPECT_FALSE(std::filesystem::exists(dir.file("out.mem")));
 
+    // A read-only OUT is not replaced.
+    const std::string in = savedByTheProgram(dir, Model::BC250D, "in.mem");
+    writeBytes(dir.file("locked.mem"), "keep");
+    std::filesystem::permissions(dir.file("locked.mem"), std::filesystem::perms::owner_read);
+    run = convert(dir, "in.mem", "locked.mem", inFolder(dir));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "The file " + dir.file("locked.mem") + " is read-only; it was not replaced.\n");
+    EXPECT_TRUE(readBytes(dir.file("locked.mem")) == "keep");
+
     run = convert(dir, "missing.mem", "out.mem");
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err, "Not a valid file! Line: 0 / 0 / 0 Error: 53\n");

@@ -11,6 +11,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace kestra;
@@ -483,6 +484,51 @@ TEST(FileMenu, AFailedSaveTellsTheUserAndKeepsTheOldFile)
     ASSERT_FALSE(t.dialogs.shown.empty());
     EXPECT_NE(t.dialogs.shown.back().text.find("could not be written"), std::string::npos);
     EXPECT_FALSE(t.table.savemem(t.file("no/such/folder/x.mem")));
+}
+
+TEST(FileMenu, SaveWritesThroughALinkKeepsTheModeAndAsksBeforeReplacingAReadOnlyFile)
+{
+    namespace fs = std::filesystem;
+    Table t;
+    const std::string real = t.file("real.mem"), link = t.file("link.mem");
+    writeBytes(real, "old");
+    fs::permissions(real, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    fs::create_symlink("real.mem", link);
+    // Left behind by a save that was killed: a process that has ended, and one that runs (this one).
+    const pid_t ended = ::fork();
+    if (ended == 0) ::_exit(0);
+    ASSERT_GT(ended, 0);
+    ::waitpid(ended, nullptr, 0);
+    const std::string stale = t.file("real.mem.kestra-tmp-" + std::to_string(ended));
+    const std::string live = t.file("other.mem.kestra-tmp-" + std::to_string(::getppid()));
+    writeBytes(stale, "half");
+    writeBytes(live, "being written");
+
+    t.type(1, col::freq, "155");
+    t.dialogs.files = {link};
+    ASSERT_TRUE(t.table.fileSave());
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(crlfLines(readBytes(real)).size(), 2107u);
+    EXPECT_EQ(fs::status(real).permissions() & fs::perms::all, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    EXPECT_FALSE(fs::exists(stale));
+    EXPECT_TRUE(fs::exists(live));
+
+    // Read-only: the window asks; No writes nothing, Yes replaces the file and keeps its mode.
+    fs::permissions(real, fs::perms::owner_read | fs::perms::group_read);
+    const std::string before = readBytes(real);
+    t.type(1, col::freq, "156");
+    t.dialogs.answers = {Answer::No};
+    EXPECT_FALSE(t.table.fileSave());
+    EXPECT_EQ(t.messages(), Texts{"The file " + link + " is read-only. Replace it anyway?"});
+    EXPECT_EQ(t.dialogs.shown.back().buttons, Buttons::YesNo);
+    EXPECT_TRUE(readBytes(real) == before);
+    EXPECT_TRUE(t.doc.dirty);
+    t.dialogs.answers = {Answer::Yes};
+    ASSERT_TRUE(t.table.fileSave());
+    EXPECT_EQ(crlfLines(readBytes(real))[1].substr(0, 13), "1,\"0156.0000\"");
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(fs::status(real).permissions() & fs::perms::all, fs::perms::owner_read | fs::perms::group_read);
+    EXPECT_FALSE(t.doc.dirty);
 }
 
 // ---- start and exit ----
