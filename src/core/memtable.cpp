@@ -324,10 +324,20 @@ bool MemTable::askClearTable()
     const std::string question = std::string("This will clear your table.") + kCrLf + "If not saved, data is lost!" +
                                  kCrLf + "Save data?";
     switch (services_.dialogs.message(question, "Warning", Buttons::YesNoCancel, Icon::Exclamation)) {
-    case Answer::Yes: return fileSave();
+    case Answer::Yes:
+        if (fileSave()) return true;
+        saveNotChosen("the table stays as it is.");
+        return false;
     case Answer::No: return true;
     default: return false;
     }
+}
+
+void MemTable::saveNotChosen(const std::string& consequence)
+{
+    // Yes to "Save data?" and then no file chosen: nothing is lost, since
+    // nothing goes on. (A file that could not be written has said so already.)
+    if (startsWith(doc_.fnaam, "Untitled")) services_.dialogs.message("Nothing was saved, so " + consequence);
 }
 
 void MemTable::fileNew()
@@ -551,7 +561,10 @@ bool MemTable::exitRequested()
     if (doc_.dirty) {
         switch (services_.dialogs.message("Save data?", "Warning", Buttons::YesNoCancel, Icon::Exclamation)) {
         case Answer::Yes:
-            if (!fileSave()) return false;
+            if (!fileSave()) {
+                saveNotChosen("KESTRA stays open.");
+                return false;
+            }
             break;
         case Answer::No: break;
         default: return false;

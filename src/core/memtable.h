@@ -156,6 +156,8 @@ private:
     // The grid text fillgrid paints for a store cell of a channel.
     std::string shownText(const ChannelCells& line, int storeColumn) const;
     std::string chooseFolder(const std::string& stored) const;
+    // After Yes to "Save data?" the user chose no file: says what follows.
+    void saveNotChosen(const std::string& consequence);
     void afterLoad();
     // A file that could not be read: missing (error 53) or not a regular file.
     // The name becomes "Untitled"; the stores stay.

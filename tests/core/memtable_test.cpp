@@ -565,6 +565,12 @@ TEST(Exit, CancelKeepsTheDocumentAndSkippingTheFirstQuestionNeverSkipsTheSecond)
     t.dialogs.answers = {Answer::Ok, Answer::Cancel};
     EXPECT_FALSE(t.table.exitRequested());
     EXPECT_EQ(t.dialogs.shown.back().text, "Save data?");
+    // Yes, and then no file chosen: the program stays, and says why.
+    t.dialogs.answers = {Answer::Ok, Answer::Yes};
+    t.dialogs.files = {""};
+    EXPECT_FALSE(t.table.exitRequested());
+    EXPECT_EQ(t.dialogs.shown.back().text, "Nothing was saved, so KESTRA stays open.");
+    EXPECT_TRUE(t.doc.dirty);
 
     // Without the first question, No ends the program and the work is rescued.
     t.settings.option4 = 1;
