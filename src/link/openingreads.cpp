@@ -100,20 +100,10 @@ void OpeningReads::reply(Kind kind)
     const char* head = kind == Kind::Tags ? "TA B " : "TB ";
     const std::string& rx = engine_.rxdata;
     if (contains(rx, marker(head, 0)) && contains(rx, marker(head, 9))) {
-        if (takeLines()) {
-            if (kind == Kind::Tags) {
-                engine_.status.text3 = "Names Read Ok";
-                decodeTags();
-                passes_ = 0;
-                beginPass(Kind::Types);
-            } else {
-                engine_.status.text3 = "Trunk type read Ok";
-                decodeTypes();
-                finish();
-            }
-            return;
-        }
-        passFailed();
+        if (takeLines())
+            allTaken();
+        else
+            passFailed(true);
         return;
     }
     if (counter_ > 11) {
@@ -146,12 +136,33 @@ bool OpeningReads::takeLines()
     return all;
 }
 
-void OpeningReads::passFailed()
+void OpeningReads::allTaken()
+{
+    if (kind_ == Kind::Tags) {
+        engine_.status.text3 = "Names Read Ok";
+        decodeTags();
+        passes_ = 0;
+        beginPass(Kind::Types);
+    } else {
+        engine_.status.text3 = "Trunk type read Ok";
+        decodeTypes();
+        finish();
+    }
+}
+
+void OpeningReads::passFailed(bool linesTaken)
 {
     timeout_->setEnabled(false);
     if (done) return;
     engine_.port().setRThreshold(0);
     const bool verify = engine_.settings().verifyread == 1;
+    // With verification the lines of a pass that did not end well count
+    // too: a line seen twice is a line read, whichever passes brought it.
+    // (Each pass's lines are taken once: a line is never its own second copy.)
+    if (verify && !linesTaken && takeLines()) {
+        allTaken();
+        return;
+    }
     // The tags get one more pass, the trunk types none; verification asks for
     // passes until two agree, a few at the most.
     const int most = verify ? 6 : kind_ == Kind::Tags ? 2 : 1;

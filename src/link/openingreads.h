@@ -50,7 +50,10 @@ private:
     enum class Kind { Tags, Types };
     void beginPass(Kind kind);
     void reply(Kind kind);
-    void passFailed();
+    // A pass ended without all lines; linesTaken: its lines were looked at already.
+    void passFailed(bool linesTaken = false);
+    // Every bank has its line: decode, and go on to the trunk types or end.
+    void allTaken();
     // The lines of a pass that ended with A and J both in: true when every
     // bank now has its line.
     bool takeLines();

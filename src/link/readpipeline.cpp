@@ -173,15 +173,21 @@ bool ReadPipeline::replyTaken(int state)
         copy_ = {};
         return true;
     }
-    if (formed && !sameAsk) {
+    if (!sameAsk) copy_ = {state, chanid, {}, 0};
+    if (formed && copy_.reply.empty()) {
         // The first copy of a reply that a second must confirm.
-        copy_ = {state, chanid, rx};
+        copy_.reply = rx;
     } else {
         // A reply garbled on the line, or two copies that differ: the same
-        // question again, as one more try of the channel.
+        // question again. A few of those are the noise of a poor line; past
+        // them each one more is a try of the channel (the tenth ends the run).
         log((formed ? "replies disagree " : "garbled reply ") + std::to_string(state) + " " + std::to_string(chanid) + " " + rx);
         if (formed) copy_.reply = rx;
-        if (!engine_.countRetry()) return false;
+        if (++copy_.asked > kFreeAsks) {
+            if (!engine_.countRetry()) return false;
+        } else {
+            ++engine_.retries;
+        }
     }
     engine_.rxdata.clear();
     engine_.sendWatched(stepCommand(state, chanid));
@@ -294,21 +300,22 @@ void ReadPipeline::chainAfterChannels()
 
 void ReadPipeline::readPriority(int bank)
 {
-    // Without verification the first reply is taken; with it, two must agree
-    // (a digit changed on the line still reads as a priority channel).
+    // Without verification the first reply is taken; with it, a value that
+    // came twice (a digit changed on the line still reads as a priority
+    // channel), out of a few tries.
     SerialPort& port = engine_.port();
-    std::optional<int> last;
-    for (int tries = 0; tries < (verify_ ? 5 : 1); ++tries) {
+    std::vector<int> seen;
+    for (int tries = 0; tries < (verify_ ? 8 : 1); ++tries) {
         port.input();
         engine_.sendline(wire::readPriority(bank));
         if (!engine_.wait(0.1)) return;
         const auto prio = wire::decodePriority(port.input(), bank);
-        if (prio && (!verify_ || prio == last)) {
+        if (prio && (!verify_ || std::find(seen.begin(), seen.end(), *prio) != seen.end())) {
             doc_.priochan[bank] = static_cast<std::int16_t>(*prio);
             return;
         }
-        if (last) ++engine_.retries;
-        last = prio;
+        if (prio) seen.push_back(*prio);
+        if (tries > 0) ++engine_.retries;
     }
     troubles.push_back(std::string("The priority channel of bank ") + std::to_string(bank + 1) + " could not be read.");
 }

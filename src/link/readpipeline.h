@@ -79,8 +79,8 @@ private:
     void step(int index);
     // Whether the reply in rxdata may be decoded: it has its form and, with
     // verification on, agrees with the copy read before it. Otherwise the
-    // command has gone out again (a garbled reply or a disagreeing copy counts
-    // as a try of the channel; the tenth ends the run): false.
+    // command has gone out again (past a few, a garbled reply or a disagreeing
+    // copy counts as a try of the channel; the tenth ends the run): false.
     bool replyTaken(int state);
     // The priority channel of a bank, read until two replies agree.
     void readPriority(int bank);
@@ -97,11 +97,16 @@ private:
     Options options_;
     std::ofstream rxdat_;
     bool verify_ = true;
-    // The copy of a reply that the next one must match.
+    // The copy of a reply that the next one must match, and how often this
+    // reply was asked for again.
     struct Copy {
         int state = 0, chanid = -1;
         std::string reply;
+        int asked = 0;
     } copy_;
+    // Garbled or disagreeing copies of one reply that are asked for again
+    // before each further one counts as a try of the channel.
+    static constexpr int kFreeAsks = 5;
 };
 
 } // namespace kestra

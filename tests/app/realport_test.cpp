@@ -198,6 +198,9 @@ TEST(RealPort, FaultyLinesNeverEndWellWithWrongData)
     std::vector<std::future<Outcome>> runs;
     for (int seed : {1, 2, 3})
         runs.push_back(std::async(std::launch::async, readOnce, "garble=0.01,seed=" + std::to_string(seed)));
+    // A worse line still: a bank tag garbled in one pass of the opening reads
+    // once passed for its own second copy here.
+    runs.push_back(std::async(std::launch::async, readOnce, "garble=0.02,split=0.3,drop=0.02,seed=15"));
     for (int seed : {4, 5})
         runs.push_back(std::async(std::launch::async, sendOnce, "garble=0.01,drop=0.02,split=0.2,seed=" + std::to_string(seed)));
     int good = 0;
