@@ -293,31 +293,21 @@ TEST_F(CellEntryWindowTest, CheckDataInTableMovesALoadedFrequencyOutOfTheGap)
     EXPECT_FALSE(doc.dirty);
 }
 
-TEST_F(CellEntryWindowTest, CheckDataInTableGivesTheBandplanToTheSelectedRowsOnly)
+TEST_F(CellEntryWindowTest, BandplanOfTheCurrentBankAndCheckDataInTableTakeTheSelectedRows)
 {
     startAs(Model::BC250D, [](Settings& s) { s.bandplan = 1; });
-    for (int row = 1; row <= 3; ++row) {
-        grid.setText(row, column(col::freq), "0120.0000");
-        grid.setText(row, column(col::mode), "FM");
+    for (const char* entry : {"runband1", "checktab"}) {
+        SCOPED_TRACE(entry);
+        for (int row = 1; row <= 3; ++row) {
+            grid.setText(row, column(col::freq), "0120.0000");
+            grid.setText(row, column(col::mode), "FM");
+        }
+        grid.setSelection({1, 1, 2, 1});
+        window->action(entry)->trigger();
+        EXPECT_EQ(cell(1, col::mode), "AM");
+        EXPECT_EQ(cell(2, col::mode), "AM");
+        EXPECT_EQ(cell(3, col::mode), "FM");
     }
-    grid.setSelection({1, 1, 2, 1});
-    window->action("checktab")->trigger();
-    EXPECT_EQ(cell(2, col::mode), "AM");
-    EXPECT_EQ(cell(3, col::mode), "FM");
-}
-
-TEST_F(CellEntryWindowTest, BandplanOfTheCurrentBankTakesTheSelectedRows)
-{
-    startAs(Model::BC250D, [](Settings& s) { s.bandplan = 1; });
-    for (int row = 1; row <= 3; ++row) {
-        grid.setText(row, column(col::freq), "0120.0000");
-        grid.setText(row, column(col::mode), "FM");
-    }
-    grid.setSelection({1, 1, 2, 1});
-    window->action("runband1")->trigger();
-    EXPECT_EQ(cell(1, col::mode), "AM");
-    EXPECT_EQ(cell(2, col::mode), "AM");
-    EXPECT_EQ(cell(3, col::mode), "FM");
     window->action("runband2")->trigger();
     EXPECT_EQ(cell(3, col::mode), "AM");
 }
