@@ -2,7 +2,7 @@
 
 #include "kestractl.h"
 
-#include "core/convert.h"
+#include "importexport/convert.h"
 #include "core/text.h"
 #include "platform/appfolder.h"
 #include "platform/fake/scripteddialogs.h"

@@ -7,7 +7,8 @@
 
 #include "kestractl.h"
 
-#include "app/appports.h"
+#include "sim/programports.h"
+#include "platform/qt/qtserialport.h"
 #include "core/text.h"
 #include "link/portsetup.h"
 #include "platform/appfolder.h"
@@ -43,7 +44,7 @@ int detect(const Args& words)
     const int baud = allowedBaud(readCom250(folder).baud, model);
 
     QtScheduler scheduler;
-    AppPorts ports(scheduler, folder);
+    ProgramPorts ports(scheduler, folder, &QtSerialPort::openDevice);
     const DetectResult r = autodetect(ports.factory(model.model()), scheduler, model, baud);
     if (!r.found) {
         std::cerr << kNotDetected << '\n';

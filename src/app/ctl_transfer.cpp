@@ -8,7 +8,7 @@
 
 #include "sim/virtualscanner.h"
 
-#include "app/appports.h"
+#include "sim/programports.h"
 #include "core/memfile.h"
 #include "core/setupfile.h"
 #include "core/text.h"
@@ -117,13 +117,13 @@ int run(const Transfer& t)
 
     // The port: a number of the binding, a device path, or sim:MODEL.
     std::unique_ptr<Scheduler> scheduler;
-    std::unique_ptr<AppPorts> ports;
+    std::unique_ptr<ProgramPorts> ports;
     std::unique_ptr<SerialPort> port;
     if (t.port.rfind("sim:", 0) == 0) {
         const auto simModel = modelFromName(t.port.substr(4));
         if (!simModel) return usage("unknown model in " + t.port);
         scheduler = std::make_unique<VirtualScheduler>();
-        ports = std::make_unique<AppPorts>(*scheduler, folder);
+        ports = std::make_unique<ProgramPorts>(*scheduler, folder, &QtSerialPort::openDevice);
         ports->binding.bind(1, PortBinding::kVirtual);
         ports->virtualScanner(*simModel).setBaudRate(19200);
         com.baud = 19200;
@@ -132,7 +132,7 @@ int run(const Transfer& t)
         scheduler = std::make_unique<QtScheduler>();
         const bool number = !t.port.empty() && t.port.find_first_not_of("0123456789") == std::string::npos;
         if (t.port.empty() || number) {
-            ports = std::make_unique<AppPorts>(*scheduler, folder);
+            ports = std::make_unique<ProgramPorts>(*scheduler, folder, &QtSerialPort::openDevice);
             const int n = t.port.empty() ? com.port : static_cast<int>(IntVal(t.port));
             port = ports->port(n, model.model());
             com.port = n;

@@ -3,11 +3,12 @@
 // finished, the Form Load of the main window memtab. The process ends when the
 // event loop does, after memtab has unloaded.
 
-#include "app/appports.h"
+#include "sim/programports.h"
+#include "platform/qt/qtserialport.h"
 #include "core/document.h"
 #include "core/grid.h"
-#include "core/info.h"
-#include "core/memtab.h"
+#include "ui/splashwindow.h"
+#include "ui/mainwindow.h"
 #include "core/memtable.h"
 #include "core/settings.h"
 #include "core/setupfile.h"
@@ -53,11 +54,11 @@ int main(int argc, char* argv[])
 
     // The port numbers and what they are bound to; it outlives the window,
     // which opens its ports through it.
-    kestra::AppPorts ports(scheduler, folder.path());
-    kestra::Memtab memtab(table, folder);
+    kestra::ProgramPorts ports(scheduler, folder.path(), &kestra::QtSerialPort::openDevice);
+    kestra::MainWindow memtab(table, folder);
     memtab.setPorts(&ports);
     dialogs.setParentWidget(&memtab);
-    kestra::Info info(doc, [&memtab] {
+    kestra::SplashWindow info(doc, [&memtab] {
         memtab.formLoad();
         memtab.show();
     });

@@ -5,7 +5,6 @@
 #include "setupfile.h"
 #include "text.h"
 
-#include "link/portsetup.h"
 
 #include <algorithm>
 #include <bitset>

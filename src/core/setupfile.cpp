@@ -8,6 +8,15 @@
 
 namespace kestra {
 
+bool knowsFastBaud(const ModelSwitches& model) { return model.x96 == 1 && model.ubc33 == 0; }
+
+int allowedBaud(int baud, const ModelSwitches& model)
+{
+    if (model.ubc33 == 1 && baud > 19200) return 19200;
+    if (model.x96 == 0 && baud >= 19201) return 19200;
+    return baud;
+}
+
 const std::vector<SettingKey>& settingKeys()
 {
     using S = Settings;

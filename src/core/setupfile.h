@@ -2,6 +2,7 @@
 // setup.ini and com250.ini: the settings read at start-up and setup.ini
 // written whole when the main window closes.
 
+#include "cellcodes.h"
 #include "settings.h"
 
 #include <filesystem>
@@ -16,6 +17,11 @@ struct ComSettings {
     int usbc = 0;
 };
 ComSettings readCom250(const std::filesystem::path& folder);
+
+// The speed cut to 19200 where the model cannot go faster: the UBC3300 and
+// the models without x96 know 4800, 9600 and 19200 only.
+int allowedBaud(int baud, const ModelSwitches& model);
+bool knowsFastBaud(const ModelSwitches& model);
 
 // Reads every key of setup.ini in folder (defaults for what is missing), then
 // applies the clamps, the reset of "9khz" and, for a USB converter, the raised

@@ -27,15 +27,6 @@ std::string comportMessage(int port)
            ". Value must be between 1 and 19. Please run the commmunication setup program.";
 }
 
-bool knowsFastBaud(const ModelSwitches& model) { return model.x96 == 1 && model.ubc33 == 0; }
-
-int allowedBaud(int baud, const ModelSwitches& model)
-{
-    if (model.ubc33 == 1 && baud > 19200) return 19200;
-    if (model.x96 == 0 && baud >= 19201) return 19200;
-    return baud;
-}
-
 Model modelOfOption(int option)
 {
     static constexpr Model models[5] = {Model::BC250D, Model::BC785D, Model::BC296D, Model::BC796D, Model::UBC3300};

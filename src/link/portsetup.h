@@ -26,13 +26,9 @@ inline constexpr int kBaudRates[5] = {4800, 9600, 19200, 38400, 57600};
 std::string com250Text(const ComSettings& com);
 std::string writeCom250(const ComSettings& com, const std::filesystem::path& folder);
 
-// The start-up rules: the message for a port out of 1..19 (empty when the
-// port is good; the program goes on either way), and the speed cut to 19200
-// where the model cannot go faster.
+// The start-up message for a port out of 1..19 (empty when the port is good;
+// the program goes on either way).
 std::string comportMessage(int port);
-int allowedBaud(int baud, const ModelSwitches& model);
-// The UBC3300 and the models without x96 know 4800, 9600 and 19200 only.
-bool knowsFastBaud(const ModelSwitches& model);
 
 // The model options of the setup window, in their order: BC250D, BC785D,
 // BC296D, BC796D, UBC3300.

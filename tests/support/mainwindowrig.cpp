@@ -1,6 +1,7 @@
 #include "support/mainwindowrig.h"
+#include "platform/qt/qtserialport.h"
 
-#include "core/gridmodel.h"
+#include "ui/widgets/gridmodel.h"
 
 #include <QTabBar>
 #include <QTest>
@@ -16,9 +17,9 @@ void MainWindowRig::start(const Options& options)
                                        MemTable::Services{dialogs, profile, scheduler, AppFolder(dir.path())});
     table->readProfile();
     if (options.readSettingsFiles) table->readSettingsFiles();
-    if (options.withPorts) ports = std::make_unique<AppPorts>(scheduler, dir.path());
+    if (options.withPorts) ports = std::make_unique<ProgramPorts>(scheduler, dir.path(), &QtSerialPort::openDevice);
     if (options.beforeWindow) options.beforeWindow();
-    window = std::make_unique<Memtab>(*table, AppFolder(dir.path()));
+    window = std::make_unique<MainWindow>(*table, AppFolder(dir.path()));
     if (ports) window->setPorts(ports.get());
     window->formLoad();
     window->show();

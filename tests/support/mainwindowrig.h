@@ -4,9 +4,9 @@
 // so: the rig the widget tests share, and the ways they reach into it (a grid
 // cell as the model shows it, a modal window answered while its loop runs).
 
-#include "app/appports.h"
+#include "sim/programports.h"
 #include "core/cellcodes.h"
-#include "core/memtab.h"
+#include "ui/mainwindow.h"
 #include "core/memtable.h"
 
 #include "platform/fake/memoryprofilestore.h"
@@ -157,8 +157,8 @@ struct MainWindowRig {
     Document doc;
     Grid grid;
     std::unique_ptr<MemTable> table;
-    std::unique_ptr<AppPorts> ports;
-    std::unique_ptr<Memtab> window;
+    std::unique_ptr<ProgramPorts> ports;
+    std::unique_ptr<MainWindow> window;
 };
 
 // A channel in the store: a frequency and a tag, every code cell "0".

@@ -19,6 +19,12 @@ public:
     explicit QtSerialPort(std::string device, QObject* parent = nullptr);
     ~QtSerialPort() override;
 
+    // The device opener of the running programs: a device name to a QtSerialPort.
+    static std::unique_ptr<SerialPort> openDevice(const std::string& device)
+    {
+        return std::make_unique<QtSerialPort>(device);
+    }
+
     void setCommPort(int port) override { port_ = port; }
     int commPort() const override { return port_; }
     void setSettings(const std::string& settings) override { settings_ = settings; }
