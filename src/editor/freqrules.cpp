@@ -1,6 +1,6 @@
 #include "freqrules.h"
 
-#include "bandplan.h"
+#include "core/bandplan.h"
 
 #include "core/cellcodes.h"
 #include "core/memtable.h"

@@ -1,6 +1,6 @@
 #include "frequencyentry.h"
 
-#include "bandplan.h"
+#include "core/bandplan.h"
 #include "freqrules.h"
 
 #include "core/cellcodes.h"

@@ -3,9 +3,9 @@
 #include "portsetup.h"
 #include "vocabulary.h"
 
+#include "core/bandplan.h"
 #include "core/cellcodes.h"
 #include "core/text.h"
-#include "editor/bandplan.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "sim/scannermemory.h"
 
-#include "editor/bandplan.h"
+#include "core/bandplan.h"
 
 #include <cstdio>
 

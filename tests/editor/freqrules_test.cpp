@@ -1,4 +1,4 @@
-#include "editor/bandplan.h"
+#include "core/bandplan.h"
 #include "editor/freqrules.h"
 
 #include "core/cellcodes.h"

@@ -4,7 +4,7 @@
 #include "link/sendpipeline.h"
 
 #include "core/text.h"
-#include "editor/bandplan.h"
+#include "core/bandplan.h"
 #include "sim/documentmapping.h"
 #include "sim/virtualport.h"
 #include "sim/virtualscanner.h"

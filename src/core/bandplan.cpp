@@ -1,6 +1,6 @@
 #include "bandplan.h"
 
-#include "core/text.h"
+#include "text.h"
 
 namespace kestra {
 

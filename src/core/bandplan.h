@@ -4,7 +4,7 @@
 // plan 1b that only the table check of the UBC3300 plan 1 uses, and the
 // custom plan the user keeps in bandplan.dat (bank 12 of the store).
 
-#include "core/document.h"
+#include "document.h"
 
 #include <optional>
 #include <string>
