@@ -5,6 +5,11 @@
 // with the Smart Info bar and the list and Easy Tag combos. Typing into the
 // grid opens the in-place text box Text1. The window holds the controls and
 // calls MemTable and CellEntry for everything the menus, tabs and keys do.
+//
+// One class in four files: mainwindow.cpp the frame, the status bar and what
+// the logic tells the window; mainwindowmenus.cpp the menus and toolbars;
+// mainwindowgrid.cpp the grid, its keys, Text1 and the top frame;
+// mainwindowactions.cpp what the entries do (files, edits, windows, transfers).
 
 #include "core/memtable.h"
 #include "core/reffiles.h"
@@ -119,7 +124,11 @@ private:
     void buildToolbars();
     void buildCentral();
     void buildStatusBar();
+    QTableView* buildGrid(QWidget* parent);   // memtabel with Text1 over it
     QWidget* buildTopFrame(QWidget* parent);
+
+    // window.dat and the width files keep sizes in twips, 15 to a pixel.
+    static constexpr int twipsToPixels(int twips) { return (twips + 7) / 15; }
 
     QAction* addEntry(QMenu* menu, const char* name, const char* caption, bool enabled = false);
     QMenu* addSubmenu(QMenu* parentMenu, const char* name, const char* caption, bool enabled = true);
