@@ -2,8 +2,8 @@
 
 #include "kestractl.h"
 
-#include "importexport/convert.h"
 #include "core/text.h"
+#include "importexport/convert.h"
 #include "platform/appfolder.h"
 #include "platform/fake/scripteddialogs.h"
 #include "platform/qt/qtprofilestore.h"

@@ -7,13 +7,13 @@
 
 #include "kestractl.h"
 
-#include "sim/programports.h"
-#include "platform/qt/qtserialport.h"
 #include "core/text.h"
 #include "link/portsetup.h"
 #include "platform/appfolder.h"
 #include "platform/qt/qtprofilestore.h"
 #include "platform/qt/qtscheduler.h"
+#include "platform/qt/qtserialport.h"
+#include "sim/programports.h"
 
 #include <QCoreApplication>
 

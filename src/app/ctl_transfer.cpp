@@ -8,7 +8,6 @@
 
 #include "sim/virtualscanner.h"
 
-#include "sim/programports.h"
 #include "core/memfile.h"
 #include "core/setupfile.h"
 #include "core/text.h"
@@ -23,6 +22,7 @@
 #include "platform/qt/qtprofilestore.h"
 #include "platform/qt/qtscheduler.h"
 #include "platform/qt/qtserialport.h"
+#include "sim/programports.h"
 
 #include <QCoreApplication>
 

@@ -3,17 +3,17 @@
 // finished, the Form Load of the main window memtab. The process ends when the
 // event loop does, after memtab has unloaded.
 
-#include "sim/programports.h"
-#include "platform/qt/qtserialport.h"
 #include "core/document.h"
 #include "core/grid.h"
-#include "ui/splashwindow.h"
-#include "ui/mainwindow.h"
 #include "core/memtable.h"
 #include "core/settings.h"
 #include "core/setupfile.h"
 #include "editor/freqrules.h"
 #include "link/portsetup.h"
+#include "platform/qt/qtserialport.h"
+#include "sim/programports.h"
+#include "ui/mainwindow.h"
+#include "ui/splashwindow.h"
 
 #include "platform/qt/qtappfolder.h"
 #include "platform/qt/qtdialogs.h"

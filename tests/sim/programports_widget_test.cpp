@@ -1,5 +1,5 @@
-#include "sim/programports.h"
 #include "platform/qt/qtserialport.h"
+#include "sim/programports.h"
 
 #include "platform/fake/virtualscheduler.h"
 #include "sim/virtualscanner.h"

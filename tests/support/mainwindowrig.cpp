@@ -1,4 +1,5 @@
 #include "support/mainwindowrig.h"
+
 #include "platform/qt/qtserialport.h"
 
 #include "ui/widgets/gridmodel.h"

@@ -4,10 +4,10 @@
 // so: the rig the widget tests share, and the ways they reach into it (a grid
 // cell as the model shows it, a modal window answered while its loop runs).
 
-#include "sim/programports.h"
 #include "core/cellcodes.h"
-#include "ui/mainwindow.h"
 #include "core/memtable.h"
+#include "sim/programports.h"
+#include "ui/mainwindow.h"
 
 #include "platform/fake/memoryprofilestore.h"
 #include "platform/fake/scripteddialogs.h"
