@@ -52,9 +52,10 @@ public:
     struct Hooks {
         // After a complete LCD reply was parsed and pollfast decided.
         std::function<void()> displayChanged;
-        // After the action of any complete reply, with its pollstep (5 is the
-        // MD reply, on which the panel's lamps and captions follow).
-        std::function<void(int pollstep)> replyTaken;
+        // After the action of any complete reply, with its pollstep and the
+        // reply (5 is the MD reply, on which the panel's lamps and captions
+        // follow; 8, 9 and 12 the IS, SB and CB lists of active banks).
+        std::function<void(int pollstep, const std::string& reply)> replyTaken;
         // The status line Label22 ("Retry:" and the count, the lost link).
         std::function<void(const std::string&)> status;
         // Closing found a wait running (the window shows "BUSYBUSYBUSYBUSYBuSY").
@@ -101,7 +102,7 @@ public:
     int pollfast() const { return pollfast_; }
     int retries() const { return retries_; }
     bool waitreply() const { return waitreply_ != 0; }
-    bool lost() const { return retries_ > kGiveUp && !settings_.retryforever; }
+    bool lost() const { return retries_ >= kGiveUp && !settings_.retryforever; }
     bool portOpen() const { return port_ && port_->isOpen(); }
     bool waiting() const { return inWait_ > 0; }
     const LinkSettings& settings() const { return settings_; }
@@ -136,7 +137,6 @@ private:
     int closing_ = 0;
     int inWait_ = 0;
     std::string rxbuf_;
-    float lastSend_ = 0;  // time of day of the last send; kept, not used
     std::string lastEncoded_;
 
     std::unique_ptr<Timer> timer1_, timer10_, timer2_, timer3_, timer4_, timer12_;
