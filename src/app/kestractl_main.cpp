@@ -23,6 +23,13 @@ const char* kUsage =
     "      \"port N, baud B, model M\" for the last scanner that answered; exit\n"
     "      status 1 when none did. The built-in virtual scanner answers as the\n"
     "      model last chosen in the program (UBC3300 when none was).\n"
+    "  monitor [--port P] [--duration S] [--dir FOLDER]\n"
+    "      the Virtual Control without a window: polls the scanner on port P (a port\n"
+    "      number of the binding, default the one of com250.ini, or a device path)\n"
+    "      and prints a line for each change of its state: milliseconds since the\n"
+    "      start, mode, bank/channel, frequency, \"tag\", trunk ID, signal and\n"
+    "      squelch. Runs for S seconds or until Ctrl+C; exit status 1 when contact\n"
+    "      with the scanner is lost for good.\n"
     "  sim --model MODEL [--link PATH] [--load FILE.mem] [--dump FILE.mem] [--log FILE]\n"
     "      [--latency MS] [--faults LIST] [--baud RATE]\n"
     "      run the virtual scanner on a pseudo-terminal that any serial program can\n"
@@ -87,6 +94,7 @@ int main(int argc, char** argv)
     args.erase(args.begin());
     if (command == "convert") return convert(args);
     if (command == "detect") return detect(args);
+    if (command == "monitor") return monitor(args);
     if (command == "read") return read(args);
     if (command == "send") return send(args);
     if (command == "sim") return sim(args);

@@ -1,0 +1,207 @@
+// The Virtual Control's poll loop against the in-process virtual scanner in
+// virtual time: the cycles, the watchdog and its message, option12, HOLD, and
+// replies that are lost or never whole.
+
+#include "vcontrol/controlloop.h"
+
+#include "platform/fake/scripteddialogs.h"
+#include "platform/fake/virtualscheduler.h"
+#include "sim/virtualport.h"
+#include "sim/virtualscanner.h"
+#include "support/testfiles.h"
+#include "vcontrol/statereport.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+namespace kestra {
+namespace {
+
+struct LoopRig {
+    VirtualScheduler scheduler;
+    ScriptedDialogs dialogs;
+    test::TempDir dir;
+    sim::VirtualScanner scanner{Model::BC785D};
+    std::shared_ptr<VirtualDevice> device = std::make_shared<VirtualDevice>();
+    // What the scanner answers goes through here: tests cut it.
+    std::function<std::string(const std::string& command, std::string reply)> line;
+    std::vector<std::string> sent;
+    std::vector<std::string> statuses;
+    std::unique_ptr<ControlLoop> loop;
+    std::string heard;
+
+    explicit LoopRig(bool retryforever = false)
+    {
+        device->baud = [this] { return scanner.baudRate(); };
+        device->respond = [this](std::string_view bytes) {
+            std::string out;
+            for (char c : bytes) {
+                heard += c;
+                if (c != '\r') continue;
+                std::string reply = scanner.receive(heard);
+                const std::string command = heard.substr(0, heard.size() - 1);
+                heard.clear();
+                out += line ? line(command, reply) : reply;
+            }
+            return out;
+        };
+        LinkSettings settings;
+        settings.retryforever = retryforever;
+        loop = std::make_unique<ControlLoop>(scheduler, dialogs, std::make_unique<VirtualPort>(scheduler, device),
+                                             settings);
+        loop->onSend = [this](const std::string& c) { sent.push_back(c.substr(0, c.size() - 1)); };
+        loop->hooks.status = [this](const std::string& s) { statuses.push_back(s); };
+    }
+
+    void open()
+    {
+        ModelSwitches model = ModelSwitches::of(Model::BC785D);
+        loop->open(dir.path(), model);
+    }
+    void run(double seconds) { scheduler.advance(static_cast<std::int64_t>(seconds * 1000)); }
+    void deafen() { line = [](const std::string&, std::string) { return std::string(); }; }
+};
+
+TEST(ControlLoop, PollsInItsCyclesAndReadsTheDisplay)
+{
+    LoopRig rig;
+    rig.scanner.command("MA020");  // resting in manual mode: the long cycle
+    rig.open();
+    EXPECT_EQ(std::vector<std::string>(rig.sent.begin(), rig.sent.begin() + 5),
+              (std::vector<std::string>{"IDF", "CDF", "QUF", "VR", "SI"}));
+    rig.run(10);
+    EXPECT_EQ(rig.loop->retries(), 0);
+    EXPECT_EQ(rig.loop->pollfast(), 0);
+    const std::vector<std::string> longCycle{"LCD", "ST", "SQ", "SG", "SQ", "MD", "RM", "SQ", "AT", "IS", "SB", "CB", "TB"};
+    const auto first = std::find(rig.sent.begin(), rig.sent.end(), "LCD");
+    ASSERT_GE(rig.sent.end() - first, 26);
+    EXPECT_EQ(std::vector<std::string>(first, first + 13), longCycle);
+    EXPECT_EQ(std::vector<std::string>(first + 13, first + 26), longCycle);
+    EXPECT_NE(rig.loop->state().lcdline[0].find("C 020"), std::string::npos);
+    EXPECT_EQ(rig.loop->state().modenumber, "01");
+    EXPECT_TRUE(rig.dialogs.shown.empty());
+    // The model reply went to version.ini.
+    EXPECT_EQ(test::readBytes(rig.dir.path() / "version.ini").substr(0, 9), "SI BC785D");
+
+    // Scanning: the short cycle keeps the display fresh.
+    rig.scanner.command("KEY00");
+    rig.sent.clear();
+    rig.run(5);
+    EXPECT_EQ(rig.loop->pollfast(), 1);
+    const auto lcd = std::find(rig.sent.begin(), rig.sent.end(), "LCD");
+    ASSERT_GE(rig.sent.end() - lcd, 6);
+    EXPECT_EQ(std::vector<std::string>(lcd, lcd + 6), (std::vector<std::string>{"LCD", "MD", "TB", "LCD", "MD", "TB"}));
+}
+
+TEST(ControlLoop, AScannerThatStopsAnsweringGivesTheMessageAfterTwentyOneFailuresAndHoldRestarts)
+{
+    LoopRig rig;
+    rig.open();
+    rig.run(3);
+    ASSERT_EQ(rig.loop->retries(), 0);
+    rig.deafen();
+
+    // Each failure reopens the port; the message comes once, at the 21st.
+    rig.scheduler.runUntil([&] { return rig.loop->retries() == ControlLoop::kHoldRetries; }, 120'000);
+    EXPECT_TRUE(rig.dialogs.shown.empty());
+    rig.scheduler.runUntil([&] { return !rig.dialogs.shown.empty(); }, 120'000);
+    ASSERT_EQ(rig.dialogs.shown.size(), 1u);
+    EXPECT_EQ(rig.dialogs.shown[0].text, ControlLoop::kNoCommunication);
+    EXPECT_EQ(rig.loop->retries(), ControlLoop::kGiveUp);
+    EXPECT_TRUE(rig.loop->lost());
+    EXPECT_EQ(rig.statuses.back(), ControlLoop::kLostStatus);
+    EXPECT_EQ(std::count_if(rig.statuses.begin(), rig.statuses.end(),
+                            [](const std::string& s) { return s.rfind("Retry:", 0) == 0; }),
+              ControlLoop::kGiveUp);
+    // Then the display stands still: nothing more is sent.
+    const auto sentAtLoss = rig.sent.size();
+    rig.run(30);
+    EXPECT_EQ(rig.sent.size(), sentAtLoss);
+    EXPECT_EQ(rig.dialogs.shown.size(), 1u);
+
+    // HOLD restarts the link from the outside once the scanner answers again.
+    rig.line = nullptr;
+    KeyAction hold = groupAKey(3, rig.loop->state(), ModelSwitches::of(Model::BC785D), rig.loop->retries());
+    EXPECT_TRUE(hold.holdRecovery);
+    rig.loop->run(hold);
+    rig.run(3);
+    EXPECT_EQ(rig.loop->retries(), 0);
+    EXPECT_FALSE(rig.loop->lost());
+}
+
+TEST(ControlLoop, WithOption12TheRetriesGoOnForEverAndNoMessageComes)
+{
+    LoopRig rig(true);
+    rig.deafen();
+    rig.open();
+    rig.run(150);
+    EXPECT_GT(rig.loop->retries(), ControlLoop::kGiveUp + 10);
+    EXPECT_TRUE(rig.dialogs.shown.empty());
+    EXPECT_FALSE(rig.loop->lost());
+    // It still reopens the port and polls from the top.
+    rig.line = nullptr;
+    rig.run(5);
+    EXPECT_EQ(rig.loop->retries(), 0);
+}
+
+TEST(ControlLoop, AnLcdReplyWithoutItsFourthLineIsNeverWholeAndCountsAsAFailure)
+{
+    LoopRig rig;
+    rig.line = [](const std::string& command, std::string reply) {
+        if (command == "LCD") reply = reply.substr(0, reply.find("LCD4"));
+        return reply;
+    };
+    rig.open();
+    rig.run(12);
+    // The other polls were never reached after the first LCD: it waits for the watchdog.
+    EXPECT_GE(rig.loop->retries(), 3);
+    EXPECT_EQ(rig.loop->state().lcdline[0], std::string(16, ' '));
+}
+
+TEST(ControlLoop, OneLostReplyInFiftyCostsNoStateChange)
+{
+    const auto reports = [](bool lossy) {
+        LoopRig rig;
+        int replies = 0;
+        if (lossy)
+            rig.line = [&replies](const std::string&, std::string reply) {
+                return ++replies % 50 == 0 ? std::string() : reply;
+            };
+        rig.scanner.command("MA017");
+        std::set<std::string> seen;
+        rig.loop->hooks.replyTaken = [&](int, const std::string&) {
+            seen.insert(stateReport(rig.loop->state(), rig.loop->pollfast()));
+        };
+        rig.open();
+        rig.run(120);
+        EXPECT_LE(rig.loop->retries(), 1);
+        EXPECT_TRUE(rig.dialogs.shown.empty());
+        if (lossy) EXPECT_GE(replies, 300);
+        return seen;
+    };
+    const auto clean = reports(false);
+    EXPECT_EQ(reports(true), clean);
+}
+
+TEST(ControlLoop, ClosingInAWaitEndsItAndLeavesThePortClosedWithNoTimerRunning)
+{
+    LoopRig rig;
+    rig.open();
+    rig.run(2);
+    bool told = false;
+    rig.loop->hooks.closedDuringWait = [&] { told = true; };
+    rig.deafen();
+    // The watchdog's reopen waits 0.3 s twice; close inside the first wait.
+    rig.scheduler.runUntil([&] { return rig.loop->waiting(); }, 10'000);
+    ASSERT_TRUE(rig.loop->waiting());
+    rig.loop->close();
+    EXPECT_TRUE(told);
+    rig.run(10);
+    EXPECT_FALSE(rig.loop->portOpen());
+    EXPECT_FALSE(rig.scheduler.nextDue().has_value());
+}
+
+} // namespace
+} // namespace kestra
