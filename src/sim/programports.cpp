@@ -40,6 +40,9 @@ sim::VirtualScanner& ProgramPorts::virtualScanner(Model model)
         };
         device_->baud = [this] { return scanner_->baudRate(); };
     }
+    // Brought up to the present, so that what is done to it (traffic set
+    // from now on) happens now.
+    scanner_->advanceTo(scheduler_.now());
     return *scanner_;
 }
 

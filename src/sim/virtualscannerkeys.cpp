@@ -342,7 +342,7 @@ Screen VirtualScanner::channelScreen(bool stopped) const
 //   scan stopped      "SCAN +   C 020"   " 167.3500  FM"      tag, bank tag ("SCAN" inverted)
 //   manual            "         C 102"   " 156.1000 NFM"      tag, bank tag
 //   searching         "SRCH +"           frequency and mode   "Range 03", range tag
-//   search stopped    "     +   SRCH"    frequency and mode   "Range 03", range tag ("SRCH" inverted)
+//   search stopped    "     + SRCH"      frequency and mode   "Range 03", range tag ("SRCH" inverted)
 //   search hold       "HOLD"             frequency and mode   "Range 03", range tag
 //   ID scan, search   "ID SCAN  M", "ID SRCH  M", "  SCAN" or "  SEARCH", "List  1234567890", bank tag
 //   ID scan stopped   " M1-2 012345"     (system letter, list and slot, the ID in columns 7 to 12)
@@ -382,8 +382,8 @@ Screen VirtualScanner::modeScreen() const
         if (mode_ == Mode::SearchHold) {
             s.text[0] = lcdText("HOLD");
         } else if (stopped) {
-            s.text[0] = lcdText("     +   SRCH");
-            s.attr[0] = "         ####   ";
+            s.text[0] = lcdText("     + SRCH");
+            s.attr[0] = "      ####      ";
         } else {
             s.text[0] = lcdText("SRCH +");
         }

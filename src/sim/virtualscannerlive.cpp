@@ -342,12 +342,13 @@ void VirtualScanner::listen()
     reception_ = signal > 0 ? Reception{true, signal} : Reception{};
 }
 
-// A command that took the scanner to another mode starts it afresh there; a
-// hold keeps what the scanner stopped on.
+// A command that took the scanner to another mode starts it afresh there,
+// upwards; a hold keeps what the scanner stopped on.
 void VirtualScanner::afterCommand(Mode before)
 {
     if (mode_ != before && !holdMode(mode_)) {
         phase_ = Phase::Moving;
+        if (!holdMode(before)) direction_ = 1;
         heldId_.clear();
         heldList_ = heldSlot_ = -1;
         voiceFreq_ = 0;
