@@ -111,6 +111,8 @@ int sim(const Args& words)
             const auto parsed = LineFaults::parse(value);
             if (!parsed) return usage("--faults: cannot read " + value);
             faults = *parsed;
+        } else if ((name == "--activity" || name == "--traffic") && traffic) {
+            return usage("sim takes one of --activity and --traffic");
         } else if (name == "--activity") {
             std::string error;
             const auto activity = sim::parseActivity(value, error);

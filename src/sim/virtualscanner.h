@@ -108,6 +108,9 @@ public:
     static constexpr int kTickMs = 25;
     // What a search waits after a transmission ends.
     static constexpr int kSearchDelayMs = 2000;
+    // Beyond this many ticks at once a scan or search with nothing on the air
+    // skips its whole rounds (the place it reaches is the same).
+    static constexpr std::int64_t kLongGapTicks = 2400;
 
     // The log of what the scanner shows: once when the clock starts, then for
     // each change of the display or of squelch and signal, with the
@@ -126,6 +129,7 @@ private:
     // delayCode: a channel's or trunk bank's delay; -1 to linger lingerMs instead.
     void follow(bool hears, int signal, int delayCode, std::int64_t lingerMs);
     void resume();
+    void moveOn(std::int64_t ticks);
     void scanOn();
     void searchOn();
     bool scannable(int channel) const;

@@ -1,6 +1,7 @@
 #include "sim/virtualscanner.h"
 
 #include <algorithm>
+#include <tuple>
 
 // The scanner as time passes: the clock and its ticks, what the receiver
 // hears of the traffic on the air, and how scan, search and the trunk ID
@@ -60,6 +61,18 @@ void VirtualScanner::advanceTo(std::int64_t ms)
         if (quiet()) {
             // Nothing can change before the next command: the ticks keep their grid.
             nextTick_ = (target / kTickMs + 1) * kTickMs;
+            break;
+        }
+        const std::int64_t ticks = (target - nextTick_) / kTickMs + 1;
+        if (ticks > kLongGapTicks && !showLog && traffic_.silent() && !menu_.isOpen() && phase_ == Phase::Moving) {
+            // A long time nobody asked (a program left alone for a day): with
+            // nothing on the air the scan or search only moves on, so the
+            // whole rounds are skipped, to the same place.
+            moveOn(ticks);
+            nextTick_ += ticks * kTickMs;
+            now_ = nextTick_ - kTickMs;
+            reception_ = {};
+            show();
             break;
         }
         now_ = nextTick_;
@@ -229,6 +242,36 @@ void VirtualScanner::searchOn()
     }
     const auto [low, high] = limits(range_);
     searchHz_ = direction_ > 0 ? low : high;
+}
+
+// As many ticks of a scan or search that hears nothing.
+void VirtualScanner::moveOn(std::int64_t ticks)
+{
+    const auto step = [&] { mode_ == Mode::Scan ? scanOn() : searchOn(); };
+    const auto state = [&] { return std::tuple{channel_, range_, searchHz_}; };
+    // A state the moves come back to: a channel that is scanned, the end of
+    // a range that a search starts from.
+    const auto onRound = [&] {
+        if (mode_ == Mode::Scan) return scannable(channel_);
+        const SearchRange& r = memory_.search[range_];
+        const long long from = static_cast<long long>(direction_ > 0 ? std::min(r.lower, r.upper) : std::max(r.lower, r.upper)) * 100;
+        return searchHz_ == from;
+    };
+    while (ticks > 0 && !onRound()) {
+        const auto before = state();
+        step();
+        --ticks;
+        if (state() == before) return;  // nowhere to go
+    }
+    if (ticks == 0) return;
+    const auto start = state();
+    std::int64_t round = 0;
+    do {
+        step();
+        --ticks;
+        ++round;
+    } while (ticks > 0 && state() != start);
+    for (ticks %= round; ticks > 0; --ticks) step();
 }
 
 void VirtualScanner::resume()

@@ -238,6 +238,23 @@ TEST(LiveScanner, RandomActivityRepeatsWithItsSeedAndKeepsToItsShare)
     EXPECT_LT(open, 600'000 * 6 / 10);
 }
 
+TEST(LiveScanner, ALongGapWithNothingOnTheAirEndsWhereTickByTickWould)
+{
+    const auto after = [](std::initializer_list<std::string_view> setup, std::int64_t stepMs) {
+        VirtualScanner s(Model::BC796D);
+        sendAll(s, {"PM005 01550000", "PM017 01554750", "PM040 04625625", "LL01550000 B", "LU01551000 B",
+                    "LL01600000 D", "LU01600300 D"});
+        sendAll(s, setup);
+        s.advanceTo(0);
+        for (std::int64_t t = stepMs; t <= 3'600'000; t += stepMs) s.advanceTo(t);
+        return s.command("LCD") + s.command("RF");
+    };
+    // A scan; a search across two ranges, downwards from a frequency off its steps.
+    for (const auto& setup : {std::initializer_list<std::string_view>{"MA017", "KEY01"},
+                              std::initializer_list<std::string_view>{"SB BD", "KEY09", "ST 5K", "RF01550720", "KEY16"}})
+        EXPECT_EQ(after(setup, 3'600'000), after(setup, VirtualScanner::kTickMs));
+}
+
 TEST(LiveScanner, ScriptsAndActivityRefuseWhatTheyCannotRead)
 {
     std::string error;
