@@ -23,11 +23,14 @@ std::string megahertz(const std::string& freqtext)
 
 std::string stateReport(const DisplayState& state, int pollfast)
 {
-    const std::string channel = trim(state.channeltext);
     std::string line = orDash(state.modenumber);
+    // Moving, the scanner shows where it passes, a new place at every poll:
+    // only the mode and the trunk ID count then.
+    if (pollfast) return line + " -/- - \"\" " + orDash(trim(state.trunkid)) + " S- SQ-";
+    const std::string channel = trim(state.channeltext);
     line += " " + (state.curbank > 0 ? std::to_string(state.curbank) : std::string("-")) + "/" + orDash(channel);
-    line += " " + (pollfast ? std::string("-") : megahertz(state.freqtext));
-    line += " \"" + (pollfast ? std::string() : trim(state.lcdline[2])) + "\"";
+    line += " " + megahertz(state.freqtext);
+    line += " \"" + trim(state.lcdline[2]) + "\"";
     line += " " + orDash(trim(state.trunkid));
     line += " S" + std::to_string(state.signal);
     line += state.busyshown ? " SQ+" : " SQ-";

@@ -56,10 +56,9 @@ TEST(StateReport, OneLineOfModeChannelFrequencyTagIdSignalAndSquelch)
     s.signal = 182;
     s.busyshown = true;
     EXPECT_EQ(stateReport(s, 0), "00 1/020 167.3500 \"AMK OSL CH 2\" - S182 SQ+");
-    // Moving: line 3 holds the bank row, and the last frequency is stale.
-    s.busyshown = false;
+    // Moving: the place changes at every poll, only the mode counts.
     s.trunkid = "01234";
-    EXPECT_EQ(stateReport(s, 1), "00 1/020 - \"\" 01234 S182 SQ-");
+    EXPECT_EQ(stateReport(s, 1), "00 -/- - \"\" 01234 S- SQ-");
 }
 
 } // namespace
