@@ -125,10 +125,16 @@ bool SendPipeline::sendData(const Options& options)
     doc_.model = check.model;
     if (settings_.linkbank == 1) {
         port.setRThreshold(0);
-        std::string on, off;
-        for (int b = 0; b < 10; ++b) (doc_.banklockm[b] == 1 ? on : off) += wire::bankLetter(b);
-        if (!on.empty()) engine_.sendline(wire::switchBanksOn(on));
-        if (!off.empty()) engine_.sendline(wire::switchBanksOff(off));
+        // The scanner takes each list whole: "CB" the memory banks that scan,
+        // "SB" the search ranges that search. An empty list it refuses, so
+        // none is sent.
+        std::string scan, search;
+        for (int b = 0; b < 10; ++b) {
+            if (doc_.banklockm[b] == 1) scan += wire::bankLetter(b);
+            if (doc_.banklocks[b] == 1) search += wire::bankLetter(b);
+        }
+        if (!scan.empty()) engine_.sendline(wire::activeScanBanks(scan));
+        if (!search.empty()) engine_.sendline(wire::activeSearchRanges(search));
         if (!engine_.wait(0.5)) return false;
         engine_.rxdata = port.input();
     }

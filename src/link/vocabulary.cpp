@@ -87,8 +87,8 @@ std::string readPriority(int bank) { return std::string("PC ") + bankLetter(bank
 std::string setPriority(int bank, int chanid) { return readPriority(bank) + std::to_string(chanid); }
 std::string readBankTag(int bank) { return std::string("TA B ") + bankLetter(bank); }
 std::string setBankTag(int bank, std::string_view text) { return readBankTag(bank) + " " + std::string(text); }
-std::string switchBanksOn(std::string_view letters) { return "SB " + std::string(letters); }
-std::string switchBanksOff(std::string_view letters) { return "CB " + std::string(letters); }
+std::string activeScanBanks(std::string_view letters) { return "CB " + std::string(letters); }
+std::string activeSearchRanges(std::string_view letters) { return "SB " + std::string(letters); }
 
 // ---- trunk commands ----
 

@@ -48,8 +48,10 @@ std::string readPriority(int bank);                                         // "
 std::string setPriority(int bank, int chanid);                              // "PC " b number
 std::string readBankTag(int bank);                                          // "TA B " b
 std::string setBankTag(int bank, std::string_view text);                    // "TA B " b " " text
-std::string switchBanksOn(std::string_view letters);                        // "SB " letters
-std::string switchBanksOff(std::string_view letters);                       // "CB " letters
+// The lists of what is active, each given whole: the memory banks that scan,
+// the search ranges that search (the Virtual Control reads them back alike).
+std::string activeScanBanks(std::string_view letters);                      // "CB " letters
+std::string activeSearchRanges(std::string_view letters);                   // "SB " letters
 
 // ---- trunk commands ----
 std::string trunkBank(int bank);                  // "TBN " b

@@ -100,8 +100,11 @@ std::string ControlLoop::open(const std::filesystem::path& folder, ModelSwitches
     if (closing_) return {};
     std::string reply = drain();
     // The model word goes to version.ini as one line.
+    // The text holds the replies to VR and SI; version.ini keeps it as one line.
     std::string line = reply;
     while (!line.empty() && (line.back() == '\r' || line.back() == '\n')) line.pop_back();
+    std::replace(line.begin(), line.end(), '\r', ' ');
+    std::replace(line.begin(), line.end(), '\n', ' ');
     writeFileAtomic(folder / "version.ini", line + "\r\n");
 
     // Each test overrides the one before, so that the last word found decides.
@@ -169,7 +172,9 @@ void ControlLoop::sendNext()
 
 void ControlLoop::collect()
 {
-    if (!port_ || !port_->isOpen()) return;
+    // While the watchdog wakes the scanner and reopens the port, what comes
+    // is the answer to the lone carriage return, not to a poll.
+    if (!port_ || !port_->isOpen() || recovering_) return;
     rxbuf_ += port_->input();
     if (rxbuf_.empty()) return;
     if (rxbuf_.back() != '\r') return;
@@ -219,6 +224,7 @@ void ControlLoop::watchdog()
     ++retries_;
     if (retries_ < kGiveUp || settings_.retryforever) {
         // Wake the scanner with a lone carriage return, then reopen the port.
+        recovering_ = true;
         drain();
         if (port_ && port_->isOpen()) port_->output("\r");
         lcdwait(0.3);
@@ -228,6 +234,8 @@ void ControlLoop::watchdog()
         if (closing_) return;
         openPort();
         drain();
+        recovering_ = false;
+        rxbuf_.clear();
         pollstep_ = 0;
         waitreply_ = 0;
         timer1_->setEnabled(true);
@@ -258,6 +266,7 @@ void ControlLoop::holdRecovery()
     for (Timer* t : {timer1_.get(), timer2_.get(), timer10_.get()}) t->setEnabled(false);
     retries_ = 0;
     waitreply_ = 0;
+    recovering_ = false;
     if (port_ && port_->isOpen()) port_->close();
     openPort();
     for (Timer* t : {timer1_.get(), timer2_.get(), timer10_.get()}) t->setEnabled(true);

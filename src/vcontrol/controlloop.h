@@ -136,6 +136,7 @@ private:
     int retries_ = 0;
     int closing_ = 0;
     int inWait_ = 0;
+    bool recovering_ = false;  // the watchdog is reopening the port
     std::string rxbuf_;
     std::string lastEncoded_;
 

@@ -23,6 +23,11 @@ struct DisplayState {
     // The four display lines of 16 characters, and for lines 1 to 3 the raw
     // field: the text, the two separators "][" and the 16 attribute characters
     // ("#" one inverted character). lcdinv: the whole line inverted ("*" x 16).
+    // A line is not always 16 long: line 2 of a moving scan reads "SCANNING",
+    // line 1 of a locked-out channel is 18 long (its last two columns become
+    // " L/O", of which the display's 16 cells show " L"), and a cut-short reply
+    // gives a shorter line. The display draws the first 16 characters and
+    // blanks past the end.
     std::array<std::string, 4> lcdline{std::string(16, ' '), std::string(16, ' '), std::string(16, ' '),
                                        std::string(16, ' ')};
     std::array<std::string, 3> lcdraw{};
@@ -68,6 +73,13 @@ void parselcd(DisplayState& state, std::string& rxbuf);
 int decidePollfast(const DisplayState& state);
 // The scanner moved on: everything that belongs to a received signal goes.
 void wipeReception(DisplayState& state);
+// Timer3: encoded := columns 11 to 13 of line 2. True when it changed (the
+// encrypted voice skip is then tried at once).
+bool refreshEncoded(DisplayState& state);
+
+// The last line of a reply, without its CR. A key's reply ("OK") may stand
+// ahead of the poll's in rxbuf; the poll's reply is the last line.
+std::string replyLine(const std::string& rxbuf);
 
 // The short replies, each complete (ended by CR) in rxbuf.
 void takeStep(DisplayState& state, const std::string& rxbuf);        // ST

@@ -36,7 +36,9 @@ struct KeyAction {
 };
 
 // Group A by index, with the state of the display (ATT lamp, mode number for
-// MANUAL), the model switches and the watchdog's retries.
+// MANUAL), the model switches and the watchdog's retries. ATT and MANUAL in
+// the search modes act only with the port open: commands to a closed port go
+// nowhere. MANUAL's commands are chosen from the mode at the press.
 KeyAction groupAKey(int index, const DisplayState& state, const ModelSwitches& model, int retries);
 // The right button on Lock Out (A 10) at the press: "KEY06H".
 KeyAction lockOutHold();
@@ -74,8 +76,11 @@ inline constexpr const char* kDirectTuneStart = "0400.0000";
 
 // The lists of active banks (SB search banks, CB scan banks, IS ID scan lists):
 // "A".."J" from a reply (from its column 3 on), and the command that sets the
-// lit ones.
+// lit ones. The poll's reply is the last line of rxbuf (a key's "OK" may
+// stand ahead of it). activeText is that text, as Text10, Label38 and
+// Label39 show it (Label40 shows the IS reply whole).
 enum class ActiveList { SearchBanks, ScanBanks, IdLists };
+std::string activeText(const std::string& rxbuf);
 std::array<bool, 10> activeFromReply(const std::string& rxbuf);
 std::string activeCommand(ActiveList list, const std::array<bool, 10>& lit);
 

@@ -380,6 +380,15 @@ TEST(SendPipeline, BankTagsAndPriorityChannelsGoOutWithoutFrequenciesToo)
     EXPECT_EQ(std::count_if(bench.lines.begin(), bench.lines.end(), [](const std::string& l) { return l.rfind("PM", 0) == 0; }), 0);
     EXPECT_NE(std::find(bench.lines.begin(), bench.lines.end(), "TA B D Tag, bank 4"), bench.lines.end());
     EXPECT_NE(std::find(bench.lines.begin(), bench.lines.end(), "PC D307"), bench.lines.end());
+
+    // "Upload Active Bank settings": the scanner takes the active banks and
+    // ranges of the document whole, as the Virtual Control reads them back.
+    bench.settings.linkbank = 1;
+    doc.banklockm = {1, 0, 1, 0, 0, 0, 0, 0, 0, 1};
+    doc.banklocks = {0, 1, 0, 0, 0, 0, 0, 0, 0, 0};
+    ASSERT_TRUE(bench.send(doc, options));
+    EXPECT_EQ(bench.scanner.command("CB"), "CB ACJ\r");
+    EXPECT_EQ(bench.scanner.command("SB"), "SB B\r");
 }
 
 TEST(SendPipeline, ConfirmationsAndRefusals)

@@ -83,10 +83,12 @@ TEST(ControlLoop, PollsInItsCyclesAndReadsTheDisplay)
     EXPECT_EQ(rig.loop->state().modenumber, "01");
     EXPECT_TRUE(rig.dialogs.shown.empty());
     // The model reply went to version.ini.
-    EXPECT_EQ(test::readBytes(rig.dir.path() / "version.ini").substr(0, 9), "SI BC785D");
+    const std::string version = test::readBytes(rig.dir.path() / "version.ini");
+    EXPECT_NE(version.find("SI BC785D,"), std::string::npos);
+    EXPECT_EQ(version.find('\r'), version.size() - 2);
 
     // Scanning: the short cycle keeps the display fresh.
-    rig.scanner.command("KEY00");
+    rig.scanner.command("KEY01");
     rig.sent.clear();
     rig.run(5);
     EXPECT_EQ(rig.loop->pollfast(), 1);
@@ -192,13 +194,13 @@ TEST(ControlLoop, ClosingInAWaitEndsItAndLeavesThePortClosedWithNoTimerRunning)
     rig.run(2);
     bool told = false;
     rig.loop->hooks.closedDuringWait = [&] { told = true; };
+    // The watchdog tells the retry, then reopens the port with two waits of
+    // 0.3 s: the window closes inside the first.
+    rig.loop->hooks.status = [&](const std::string&) { rig.scheduler.postAfter(100, [&] { rig.loop->close(); }); };
     rig.deafen();
-    // The watchdog's reopen waits 0.3 s twice; close inside the first wait.
-    rig.scheduler.runUntil([&] { return rig.loop->waiting(); }, 10'000);
-    ASSERT_TRUE(rig.loop->waiting());
-    rig.loop->close();
+    rig.run(5);
     EXPECT_TRUE(told);
-    rig.run(10);
+    EXPECT_FALSE(rig.loop->waiting());
     EXPECT_FALSE(rig.loop->portOpen());
     EXPECT_FALSE(rig.scheduler.nextDue().has_value());
 }
