@@ -17,6 +17,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QScreen>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -160,6 +161,8 @@ void VirtualControlWindow::buildFrame()
 
     sstab1_ = new QTabWidget(central);
     sstab1_->setObjectName("SSTab1");
+    // Eight tabs in a row across the fixed width.
+    sstab1_->tabBar()->setStyleSheet("QTabBar::tab { padding: 4px 7px; }");
     sstab1_->addTab(buildKeyboardTab(), "Keyboard");
     sstab1_->addTab(buildLaterTab("History", "The history of hits"), "History");
     sstab1_->addTab(buildLaterTab("Src Extender", "The Search Range Extender"), "Src Extender");

@@ -72,10 +72,10 @@ void LcdPanel::blink()
 
 QSize LcdPanel::cellSize() const
 {
-    // Every cell as wide as the widest character, so a proportional font
+    // Every cell as wide as a wide letter, so that a proportional font
     // still keeps the columns of the display.
     const QFontMetrics fm(font());
-    return {std::max(fm.horizontalAdvance(QLatin1Char('W')), fm.maxWidth()), fm.height()};
+    return {std::max(fm.horizontalAdvance(QLatin1Char('W')), fm.horizontalAdvance(QLatin1Char('M'))), fm.height()};
 }
 
 QSize LcdPanel::sizeHint() const
