@@ -181,7 +181,12 @@ QWidget* VirtualControlWindow::buildMiscTab()
 {
     auto* page = new QWidget;
     page->setObjectName("Misc.");
+    // A size smaller than the rest, so that both halves fit the fixed width.
+    QFont small = page->font();
+    small.setPointSizeF(small.pointSizeF() - 1);
+    page->setFont(small);
     auto* layout = new QHBoxLayout(page);
+    layout->setSpacing(6);
 
     auto* left = new QVBoxLayout;
     const char* captions[3] = {"Active Searchbanks (use double click to toggle):",
@@ -192,7 +197,7 @@ QWidget* VirtualControlWindow::buildMiscTab()
         frame->setObjectName("activeframe");
         frame->setProperty("index", f);
         auto* row = new QHBoxLayout(frame);
-        row->setSpacing(2);
+        row->setSpacing(1);
         for (int i = 0; i < 10; ++i) {
             const int index = 100 + 10 * f + i;
             auto* letter = new ToggleLetter(index, QString(QChar('A' + i)), frame);
@@ -215,9 +220,12 @@ QWidget* VirtualControlWindow::buildMiscTab()
     auto* trunk = new QGroupBox("Trunk Lists:", page);
     trunk->setObjectName("trunklists");
     auto* grid = new QGridLayout(trunk);
-    grid->setSpacing(2);
+    grid->setSpacing(1);
+    grid->setHorizontalSpacing(2);
     for (int bank = 0; bank < 10; ++bank) {
-        grid->addWidget(new QLabel(QString("Bank %1:").arg(bank + 1), trunk), bank, 0);
+        auto* caption = new QLabel(QString("Bank %1:").arg(bank + 1), trunk);
+        caption->setMinimumWidth(caption->sizeHint().width() + 4);
+        grid->addWidget(caption, bank, 0);
         for (int i = 0; i < 10; ++i) {
             const int index = bank * 10 + i;
             auto* letter = new ToggleLetter(index, QString(QChar('A' + i)), trunk);
@@ -226,6 +234,7 @@ QWidget* VirtualControlWindow::buildMiscTab()
             linkb1_[index] = letter;
         }
     }
+    trunk->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     layout->addWidget(trunk, 0, Qt::AlignTop);
     return page;
 }

@@ -91,7 +91,7 @@ ToggleLetter::ToggleLetter(int index, const QString& letter, QWidget* parent) : 
     setObjectName("linkb1");
     setProperty("index", index);
     setAlignment(Qt::AlignCenter);
-    setFixedSize(22, 20);
+    setFixedSize(20, 18);
     setStyleSheet(kLetterOff);
 }
 
