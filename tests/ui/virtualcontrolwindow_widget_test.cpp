@@ -15,6 +15,8 @@
 
 #include "support/mainwindowrig.h"
 
+#include <QComboBox>
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
@@ -85,6 +87,10 @@ protected:
 
 TEST_F(VirtualControlTest, TakesThePlaceOfTheEditorKeepsItsSizeAndGivesThePortBack)
 {
+    // The user's own display font, out of bounds in the per-user store.
+    test::writeBytes(dir.path() / "vfo.ini", "KESTRA-VFO ini data v1.01\r\n[color]\r\ncustom= 1\r\n");
+    profile.set("VirtualControl", "Fontname", "Ari");
+    profile.set("VirtualControl", "Fontsize", "30");
     startWith();
     VirtualControlWindow* vc = open();
     ASSERT_NE(vc, nullptr);
@@ -97,6 +103,9 @@ TEST_F(VirtualControlTest, TakesThePlaceOfTheEditorKeepsItsSizeAndGivesThePortBa
     for (int i = 0; i < vc->sstab1()->count(); ++i) tabs << vc->sstab1()->tabText(i);
     EXPECT_EQ(tabs, QStringList({"Keyboard", "History", "Src Extender", "Log Setup", "Audio Setup", "Audio Rec.",
                                  "Font", "Misc."}));
+
+    EXPECT_EQ(vc->findChild<QComboBox*>("fontname")->currentText(), "Terminal");
+    EXPECT_EQ(vc->findChild<QComboBox*>("fontsize")->currentText(), "24");
 
     // The resting scanner scans: the display and the status line follow the polls.
     run(3000);
@@ -115,6 +124,7 @@ TEST_F(VirtualControlTest, TakesThePlaceOfTheEditorKeepsItsSizeAndGivesThePortBa
     EXPECT_TRUE(window->isVisible());
     EXPECT_FALSE(table->vcrunning);
     EXPECT_EQ(fileLines("vfo.ini").at(0), "KESTRA-VFO ini data v1.01");
+    EXPECT_EQ(profile.get("VirtualControl", "Fontsize", ""), "24");
     // Nothing more goes to the scanner once the window is closed.
     const std::size_t written = sent.size();
     run(2000);
@@ -264,6 +274,13 @@ TEST_F(VirtualControlTest, ThePanelMirrorsATransmissionAndTheStatusWindowStandsI
     QTest::mouseClick(states2->label(2), Qt::LeftButton);
     EXPECT_FALSE(vc->isMinimized());
     EXPECT_FALSE(states2->isVisible());
+
+    // Auto Resume after a second of an open squelch.
+    sent.clear();
+    vc->combo1()->setCurrentIndex(0);
+    vc->check2()->setChecked(true);
+    run(2500);
+    EXPECT_GT(std::count(sent.begin(), sent.end(), "KEY00\r"), 0);
 
     // Silence: the scanner scans on and Busy goes.
     scanner().setReception({false, 0});
