@@ -1,9 +1,12 @@
 // kestractl sim --model MODEL [--link PATH] [--load FILE.mem] [--dump FILE.mem]
 //               [--log FILE] [--latency MS] [--faults LIST] [--baud RATE]
+//               [--activity seed=N,busy=F] [--traffic FILE]
 //
 // The virtual scanner on a pseudo-terminal: the device path is the first line
 // on stdout, the scanner answers there until SIGINT, SIGTERM or SIGHUP, and
-// then its memory is written to the --dump file.
+// then its memory is written to the --dump file. It scans and searches in
+// real time, and stops on the random activity or the scripted transmissions
+// given; the log tells what it showed as it happened.
 
 #include "kestractl.h"
 
@@ -12,6 +15,7 @@
 #include "core/text.h"
 #include "sim/documentmapping.h"
 #include "sim/ptyline.h"
+#include "sim/traffic.h"
 #include "sim/virtualscanner.h"
 
 #include <chrono>
@@ -76,7 +80,8 @@ int sim(const Args& words)
 {
     Args args = words;
     std::vector<std::pair<std::string, std::string>> options;
-    if (!takeOptions(args, {"--model", "--link", "--load", "--dump", "--log", "--latency", "--faults", "--baud"}, {},
+    if (!takeOptions(args, {"--model", "--link", "--load", "--dump", "--log", "--latency", "--faults", "--baud", "--activity",
+                      "--traffic"}, {},
                      options))
         return 2;
     if (!args.empty()) return usage("sim takes no word " + args[0]);
@@ -85,6 +90,7 @@ int sim(const Args& words)
     int latencyMs = 0;
     std::optional<int> baud;
     LineFaults faults;
+    std::optional<sim::Traffic> traffic;
     for (const auto& [name, value] : options) {
         if (name == "--model") {
             model = modelFromName(value);
@@ -105,6 +111,25 @@ int sim(const Args& words)
             const auto parsed = LineFaults::parse(value);
             if (!parsed) return usage("--faults: cannot read " + value);
             faults = *parsed;
+        } else if ((name == "--activity" || name == "--traffic") && traffic) {
+            return usage("sim takes one of --activity and --traffic");
+        } else if (name == "--activity") {
+            std::string error;
+            const auto activity = sim::parseActivity(value, error);
+            if (!activity) return usage("--activity: " + error);
+            traffic = sim::Traffic::random(*activity);
+        } else if (name == "--traffic") {
+            std::string bytes, error;
+            if (!readFileBytes(value, bytes)) {
+                std::cerr << "kestractl sim: cannot read " << value << '\n';
+                return 2;
+            }
+            auto script = sim::parseTrafficScript(bytes, error);
+            if (!script) {
+                std::cerr << "kestractl sim: " << value << ", " << error << '\n';
+                return 2;
+            }
+            traffic = sim::Traffic::scripted(std::move(*script));
         } else {
             baud = wholeNumber(value, 10'000'000);
             if (!baud) return usage("--baud takes a speed such as 19200");
@@ -125,8 +150,6 @@ int sim(const Args& words)
         std::cerr << "kestractl sim: cannot take signals\n";
         return 1;
     }
-    const auto start = std::chrono::steady_clock::now();
-
     sim::VirtualScanner scanner(*model);
     if (!load.empty()) {
         std::string bytes;
@@ -167,13 +190,19 @@ int sim(const Args& words)
     if (!link.empty() && !linkTerminal(link, terminal.devicePath())) return 1;
 
     sim::ScannerLine line(scanner, latencyMs, faults);
+    // The scanner starts here: the log's times, the traffic's and those of
+    // the scanner's own clock count from this moment.
+    const auto start = std::chrono::steady_clock::now();
     if (logFile.is_open()) {
         line.log = [&logFile](const std::string& text) { logFile << text << '\n' << std::flush; };
+        scanner.showLog = line.log;
         const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
         logFile << ms.count() << " * " << modelName(*model) << " on " << terminal.devicePath() << " at "
                 << scanner.baudRate() << " baud\n"
                 << std::flush;
     }
+    if (traffic) scanner.setTraffic(std::move(*traffic));
+    line.tick(0);
 
     std::cout << terminal.devicePath() << '\n' << std::flush;
     const bool served = sim::serveTerminal(terminal, line, stopFd, start);

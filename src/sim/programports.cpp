@@ -32,9 +32,17 @@ sim::VirtualScanner& ProgramPorts::virtualScanner(Model model)
         }
         scanner_ = std::move(fresh);
         if (!device_) device_ = std::make_shared<VirtualDevice>();
-        device_->respond = [this](std::string_view b) { return scanner_->receive(b); };
+        // The scanner lives on the program's clock: it has scanned on to
+        // where it is by the time a command reaches it.
+        device_->respond = [this](std::string_view b) {
+            scanner_->advanceTo(scheduler_.now());
+            return scanner_->receive(b);
+        };
         device_->baud = [this] { return scanner_->baudRate(); };
     }
+    // Brought up to the present, so that what is done to it (traffic set
+    // from now on) happens now.
+    scanner_->advanceTo(scheduler_.now());
     return *scanner_;
 }
 

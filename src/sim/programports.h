@@ -37,6 +37,8 @@ public:
 
     // The built-in scanner, as the given model (its memory is loaded from
     // the program's folder the first time, and kept when the model changes).
+    // It lives on the program's clock from the first time it is asked for;
+    // traffic set on it counts from the moment it is set.
     sim::VirtualScanner& virtualScanner(Model model);
     // Writes the virtual scanner's memory and speed to the program's folder.
     void saveVirtualScanner();

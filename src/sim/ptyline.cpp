@@ -69,16 +69,28 @@ void ScannerLine::received(std::int64_t nowUs, std::string_view bytes, int clien
         // The scanner has the piece when its last character is through.
         heardUntilUs_ = std::max(nowUs, heardUntilUs_) + charUs * static_cast<std::int64_t>(piece.size());
         const std::int64_t atUs = heardUntilUs_;
-        std::string reply = scanner_.receive(piece);
+        tick(atUs);
         for (char c : piece)
             if (c != '\r' && c != '\n' && heard_.size() < kHeardLimit) heard_ += c;
+        if (cr != std::string::npos) {
+            write(atUs, '<', loggable(heard_));
+            heard_.clear();
+        }
+        std::string reply = scanner_.receive(piece);
         if (cr == std::string::npos) break;
-        write(atUs, '<', loggable(heard_));
-        heard_.clear();
         // The reply goes out at the speed the scanner has now: the key that
         // stores a new speed is answered at the new one.
         answer(atUs, std::move(reply), clientBaud > 0 && clientBaud != scanner_.baudRate());
     }
+}
+
+void ScannerLine::tick(std::int64_t nowUs) { scanner_.advanceTo(nowUs / 1000); }
+
+std::optional<std::int64_t> ScannerLine::nextChangeUs() const
+{
+    const auto ms = scanner_.nextChangeMs();
+    if (!ms) return std::nullopt;
+    return *ms * 1000;
 }
 
 void ScannerLine::answer(std::int64_t nowUs, std::string reply, bool wrongSpeed)
@@ -111,6 +123,7 @@ std::string ScannerLine::takeDue(std::int64_t nowUs)
     std::string out;
     while (!outgoing_.empty() && outgoing_.front().atUs <= nowUs) {
         Outgoing& o = outgoing_.front();
+        tick(o.atUs);  // what the scanner showed before this goes first in the log
         out += o.bytes;
         if (!o.logText.empty()) write(o.atUs, '>', o.logText);
         outgoing_.pop_front();
@@ -245,9 +258,12 @@ bool serveTerminal(PseudoTerminal& terminal, ScannerLine& line, int stopFd, std:
     for (;;) {
         unsent += line.takeDue(nowUs());
         if (!unsent.empty()) unsent.erase(0, terminal.write(unsent));
+        line.tick(nowUs());
 
+        std::optional<std::int64_t> due = line.nextDueUs();
+        if (const auto change = line.nextChangeUs(); change && (!due || *change < *due)) due = change;
         int timeoutMs = -1;
-        if (const auto due = line.nextDueUs()) {
+        if (due) {
             const std::int64_t wait = std::max<std::int64_t>(0, *due - nowUs());
             timeoutMs = static_cast<int>(std::min<std::int64_t>((wait + 999) / 1000, 60'000));
         }

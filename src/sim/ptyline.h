@@ -36,6 +36,14 @@ public:
     // The bytes due by nowUs, in the order they go out.
     std::string takeDue(std::int64_t nowUs);
 
+    // Lets the scanner live up to nowUs (scan, search, what it hears), so
+    // that what it shows is logged as it happens and not only when asked.
+    // The scanner's clock starts with the first bytes or tick, on the
+    // caller's clock.
+    void tick(std::int64_t nowUs);
+    // When the scanner next changes by itself; nothing while it rests.
+    std::optional<std::int64_t> nextChangeUs() const;
+
     int latencyMs() const { return latencyMs_; }
 
 private:
@@ -103,7 +111,8 @@ std::optional<unsigned> speedCodeOfBaud(int baud);
 
 // Answers on the terminal until stopFd becomes readable (a signal's file
 // descriptor, or a pipe in a test): reads what clients send, hands it to the
-// line, and writes replies when they are due. Sleeps in poll between events.
+// line, writes replies when they are due, and lets the scanner live between
+// them. Sleeps in poll between events.
 // Times are measured from `start`. False when the terminal failed.
 bool serveTerminal(PseudoTerminal& terminal, ScannerLine& line, int stopFd,
                    std::chrono::steady_clock::time_point start);

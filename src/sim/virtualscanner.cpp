@@ -93,7 +93,10 @@ std::string VirtualScanner::receive(std::string_view bytes)
 std::string VirtualScanner::command(std::string_view line)
 {
     while (!line.empty() && (line.back() == '\r' || line.back() == '\n')) line.remove_suffix(1);
-    return dispatch(line);
+    const Mode before = mode_;
+    std::string answer = dispatch(line);
+    afterCommand(before);
+    return answer;
 }
 
 // ---- commands ------------------------------------------------------------------
@@ -124,6 +127,7 @@ std::string VirtualScanner::dispatch(std::string_view line)
         range_ = 0;
         trunkBank_ = 0;
         entry_.clear();
+        resume();
         return kOk;
     }
     if (line == "MD") return reply("MD" + modeNumber());

@@ -15,13 +15,28 @@
 // LON/LOF, ATN/ATF, ARN/ARF, RF) act on the current channel; "MA" and
 // programming a channel with "PM" make it current. In search modes RM, ST and
 // the attenuator act on the search. What is received (squelch, signal) is the
-// Reception, which nothing changes yet: a resting scanner hears nothing.
+// Reception.
+//
+// Time: the scanner lives on a clock that its owner drives with advanceTo()
+// (before each command, and while nobody asks, so that its log is written in
+// time). Every tick it scans on to the next channel of the active banks,
+// searches on by one step, or watches its trunk system; it stops on what it
+// receives from the Traffic on the air, holds for the delay after the
+// transmission ends, and moves on. A scanner whose clock never runs rests: it
+// stays where the commands put it and hears only what setReception() says.
+// Stepping does not depend on how often advanceTo() is called, so the same
+// commands at the same times give the same display every time.
 
 #include "sim/scannermemory.h"
 #include "sim/scannermenu.h"
+#include "sim/traffic.h"
 
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kestra::sim {
 
@@ -63,6 +78,7 @@ public:
     Freq tunedFrequency() const;
     std::string modeNumber() const;  // the two digits "MD" answers: "00".."21", "22" in a menu
     const Reception& reception() const { return reception_; }
+    // What the receiver hears, until the clock's next tick decides it anew.
     void setReception(const Reception& reception) { reception_ = reception; }
     // Moves the scan to a channel, or the search to a frequency, without a key.
     void scanTo(int channel);
@@ -74,8 +90,61 @@ public:
 
     static constexpr std::size_t kLineLimit = 64;  // the receive buffer of one line
 
+    // ---- time and traffic ----
+    // Lets the scanner's clock run to ms (milliseconds on the owner's clock);
+    // the first call starts the clock there. A time before the last one is
+    // taken as the last one.
+    void advanceTo(std::int64_t ms);
+    bool clockRunning() const { return clock_; }
+    std::int64_t elapsedMs() const { return now_; }  // since the clock started
+    // When the scanner may next change by itself, on the owner's clock;
+    // nothing while it rests until a command or new traffic moves it.
+    std::optional<std::int64_t> nextChangeMs() const;
+    // What is on the air from now on; its times count from now (from the
+    // clock's start when the clock has not started yet).
+    void setTraffic(Traffic traffic);
+
+    // Every tick is one channel of a scan or one step of a search.
+    static constexpr int kTickMs = 25;
+    // What a search waits after a transmission ends.
+    static constexpr int kSearchDelayMs = 2000;
+    // Beyond this many ticks at once a scan or search with nothing on the air
+    // skips its whole rounds (the place it reaches is the same).
+    static constexpr std::int64_t kLongGapTicks = 2400;
+
+    // The log of what the scanner shows: once when the clock starts, then for
+    // each change of the display or of squelch and signal, with the
+    // milliseconds since the clock started:
+    //   "<ms> SHOW <line1>|<line2>|<line3>|<line4> SQ<+ or -> SG<signal>"
+    std::function<void(const std::string&)> showLog;
+    // The text of that line behind the time, for the present state.
+    std::string showText() const;
+
 private:
     std::string dispatch(std::string_view line);
+
+    // the clock (virtualscannerlive.cpp)
+    enum class Phase { Moving, Receiving, Lingering };  // Lingering: the delay after a transmission
+    void tick();
+    // delayCode: a channel's or trunk bank's delay; -1 to linger lingerMs instead.
+    void follow(bool hears, int signal, int delayCode, std::int64_t lingerMs);
+    void resume();
+    void moveOn(std::int64_t ticks);
+    void scanOn();
+    void searchOn();
+    bool scannable(int channel) const;
+    long long searchStepHz() const;
+    bool quiet() const;
+    void listen();
+    void afterCommand(Mode before);
+    void show();
+    void takeAir();
+    // The strongest transmission heard by a receiver tuned there with that step; 0 for none.
+    int heardOn(Freq f, long long stepHz) const;
+    int heardOnHz(long long hz, long long stepHz) const;
+    int heardId(const std::string& id) const;
+    bool catchId();  // a call to stop on in the ID scan or search
+
     std::string pressKey(int key, bool hold, int digit);
     void menuKey(int key, bool hold, int digit);
     void manualKey(int key, int digit, bool afterPoint);
@@ -86,6 +155,7 @@ private:
     std::string channelLine(int number) const;
     Screen channelScreen(bool stopped) const;
     Screen modeScreen() const;
+    Screen trunkScreen() const;
     std::string lcdReply(int line) const;
 
     bool searching() const;
@@ -129,6 +199,26 @@ private:
     Reception reception_;
     std::string partial_;
     bool overrun_ = false;
+
+    // the clock
+    bool clock_ = false;
+    std::int64_t originMs_ = 0;   // the owner's time at which the clock started
+    std::int64_t now_ = 0;        // since then
+    std::int64_t nextTick_ = kTickMs;
+    Phase phase_ = Phase::Moving;
+    int direction_ = 1;           // of the scan and the search: +1 up, -1 down
+    std::int64_t stoppedAtMs_ = 0;
+    std::int64_t resumeAtMs_ = 0; // end of the delay; -1: until RESUME
+    Traffic traffic_;
+    std::int64_t trafficOriginMs_ = 0;
+    std::vector<const Transmission*> air_;  // on the air at the last look
+    // The trunk call the scanner stopped on: the ID, its place in the lists
+    // (list and slot index, -1 when it is in none) and the frequency it is on.
+    std::string heldId_;
+    int heldList_ = -1, heldSlot_ = -1;
+    Freq voiceFreq_ = 0;
+    Modulation voiceMode_ = Modulation::FM;
+    std::string lastShown_;
 };
 
 } // namespace kestra::sim

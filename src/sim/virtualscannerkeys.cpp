@@ -53,6 +53,7 @@ int VirtualScanner::displayBank() const { return trunkMode() ? trunkBank_ : bank
 Freq VirtualScanner::tunedFrequency() const
 {
     if (searching()) return static_cast<Freq>(searchHz_ / 100);
+    if (trunkMode() && voiceFreq_ != 0) return voiceFreq_;  // the call the ID modes stopped on
     return current().freq;
 }
 
@@ -95,12 +96,7 @@ void VirtualScanner::startSearch()
 void VirtualScanner::stepSearch(int direction)
 {
     const SearchRange& range = memory_.search[range_];
-    int step = stepHz(range.step);
-    if (step == 0) {
-        const auto band = bandDefault(static_cast<Freq>(searchHz_ / 100));
-        step = band ? stepHz(band->step) : 5000;
-        if (step == 0) step = 5000;
-    }
+    const long long step = searchStepHz();
     const long long lower = static_cast<long long>(std::min(range.lower, range.upper)) * 100;
     const long long upper = static_cast<long long>(std::max(range.lower, range.upper)) * 100;
     searchHz_ += direction * step;
@@ -140,15 +136,19 @@ std::string VirtualScanner::pressKey(int key, bool hold, int digit)
     }
     entry_.clear();  // any other key drops a half-keyed entry
     switch (key) {
-    case 0:  // RESUME
+    case 0:  // RESUME: out of a hold, on from what the scan or search stopped on; SCAN from manual
         if (mode_ == Mode::SearchHold) mode_ = Mode::Search;
         else if (mode_ == Mode::ServiceHold) mode_ = Mode::Service;
         else if (mode_ == Mode::IdScanHold) mode_ = Mode::IdScan;
         else if (mode_ == Mode::IdSearchHold) mode_ = Mode::IdSearch;
+        else if (mode_ == Mode::Manual) mode_ = Mode::Scan;
+        else if (phase_ != Phase::Moving) resume();
         break;
     case 1:  // SCAN, ID SCAN in a trunk mode
         if (!hold) {
-            mode_ = trunkMode() ? Mode::IdScan : Mode::Scan;
+            const Mode scan = trunkMode() ? Mode::IdScan : Mode::Scan;
+            if (mode_ == scan && phase_ != Phase::Moving) resume();
+            mode_ = scan;
             entry_.clear();
         }
         break;
@@ -226,12 +226,17 @@ std::string VirtualScanner::pressKey(int key, bool hold, int digit)
         break;
     case 15:
     case 16: {
+        // The knob: the next channel or search step by hand; in a scan or
+        // search it turns the direction and moves on from a stop.
         const int direction = key == 15 ? 1 : -1;
         if (mode_ == Mode::Manual) {
             channel_ = (channel_ - 1 + direction + kChannels) % kChannels + 1;
             entry_.clear();
         } else if (mode_ == Mode::SearchHold) {
             stepSearch(direction);
+        } else if (mode_ == Mode::Scan || mode_ == Mode::Search) {
+            direction_ = direction;
+            if (phase_ != Phase::Moving) resume();
         }
         break;
     }
@@ -332,10 +337,25 @@ Screen VirtualScanner::channelScreen(bool stopped) const
     return s;
 }
 
+// The forms of the display:
+//   scanning          "     +   C 015"   "  SCAN"             "Bank  1--------0" (the bank's digit inverted)
+//   scan stopped      "SCAN +   C 020"   " 167.3500  FM"      tag, bank tag ("SCAN" inverted)
+//   manual            "         C 102"   " 156.1000 NFM"      tag, bank tag
+//   searching         "SRCH +"           frequency and mode   "Range 03", range tag
+//   search stopped    "     + SRCH"      frequency and mode   "Range 03", range tag ("SRCH" inverted)
+//   search hold       "HOLD"             frequency and mode   "Range 03", range tag
+//   ID scan, search   "ID SCAN  M", "ID SRCH  M", "  SCAN" or "  SEARCH", "List  1234567890", bank tag
+//   ID scan stopped   " M1-2 012345"     (system letter, list and slot, the ID in columns 7 to 12)
+//   ID search stopped "M ID:012345", LTR "L ID:101123" (the ID from column 6)
+//   either, no call   "M ID:-----", LTR "L ID:--"
+// with the call's frequency and mode on line 2, the ID's tag on line 3 and the
+// bank's tag on line 4.
 Screen VirtualScanner::modeScreen() const
 {
     if (mode_ == Mode::Manual) return channelScreen(false);
-    if (mode_ == Mode::Scan && reception_.squelchOpen) return channelScreen(true);
+    const bool stopped = phase_ != Phase::Moving || reception_.squelchOpen;
+    if (mode_ == Mode::Scan && stopped) return channelScreen(true);
+    if (trunkMode()) return trunkScreen();
 
     Screen s;
     s.attr.fill(std::string(16, ' '));
@@ -359,34 +379,62 @@ Screen VirtualScanner::modeScreen() const
             const auto band = bandDefault(f);
             if (band) m = band->mode;
         }
-        s.text[0] = lcdText(mode_ == Mode::Search ? "SRCH +" : "HOLD");
+        if (mode_ == Mode::SearchHold) {
+            s.text[0] = lcdText("HOLD");
+        } else if (stopped) {
+            s.text[0] = lcdText("     + SRCH");
+            s.attr[0] = "      ####      ";
+        } else {
+            s.text[0] = lcdText("SRCH +");
+        }
         s.text[1] = lcdText(displayFreq(f) + " " + displayMode(m));
         s.text[2] = lcdText("Range " + twoDigits(range_ + 1));
         s.text[3] = lcdText(range.tag);
         break;
     }
-    case Mode::Service:
-    case Mode::ServiceHold:
+    default:  // the service search
         s.text[0] = lcdText(mode_ == Mode::Service ? "SRVC +" : "HOLD");
         s.text[2] = lcdText("SERVICE SEARCH");
         break;
-    default: {  // the trunk ID modes
-        const TrunkKind kind = memory_.trunk[trunkBank_].kind;
-        const char type = trunkLetter(kind);
-        if (mode_ == Mode::IdScan || mode_ == Mode::IdSearch) {
-            s.text[0] = lcdText(std::string(mode_ == Mode::IdScan ? "ID SCAN  " : "ID SRCH  ") + type);
-            s.text[1] = lcdText(mode_ == Mode::IdScan ? "  SCAN" : "  SEARCH");
-            std::string lists = "List  ";
-            for (int l = 0; l < kLists; ++l)
-                lists += memory_.ids[trunkBank_][l].active ? static_cast<char>('0' + (l + 1) % 10) : '-';
-            s.text[2] = lists;
-        } else {
-            s.text[0] = lcdText(std::string(1, type) + (kind == TrunkKind::Ltr ? " ID:--" : " ID:-----"));
-        }
-        s.text[3] = lcdText(memory_.bankTags[trunkBank_]);
-        break;
     }
+    return s;
+}
+
+Screen VirtualScanner::trunkScreen() const
+{
+    Screen s;
+    s.attr.fill(std::string(16, ' '));
+    s.text.fill(std::string(16, ' '));
+    const TrunkKind kind = memory_.trunk[trunkBank_].kind;
+    const char type = trunkLetter(kind);
+    const bool ltr = kind == TrunkKind::Ltr;
+    s.text[3] = lcdText(memory_.bankTags[trunkBank_]);
+    const bool moving = (mode_ == Mode::IdScan || mode_ == Mode::IdSearch) && phase_ == Phase::Moving;
+    if (moving) {
+        s.text[0] = lcdText(std::string(mode_ == Mode::IdScan ? "ID SCAN  " : "ID SRCH  ") + type);
+        s.text[1] = lcdText(mode_ == Mode::IdScan ? "  SCAN" : "  SEARCH");
+        std::string lists = "List  ";
+        for (int l = 0; l < kLists; ++l)
+            lists += memory_.ids[trunkBank_][l].active ? static_cast<char>('0' + (l + 1) % 10) : '-';
+        s.text[2] = lists;
+        return s;
     }
+    if (heldId_.empty()) {
+        s.text[0] = lcdText(std::string(1, type) + (ltr ? " ID:--" : " ID:-----"));
+        return s;
+    }
+    const bool scan = mode_ == Mode::IdScan || mode_ == Mode::IdScanHold;
+    if (scan && heldList_ >= 0) {
+        std::string id = heldId_.substr(0, 6);
+        id.resize(6, ' ');
+        s.text[0] = lcdText(std::string(" ") + type + static_cast<char>('0' + (heldList_ + 1) % 10) + "-" +
+                            static_cast<char>('0' + heldSlot_) + " " + id);
+    } else {
+        s.text[0] = lcdText(std::string(1, type) + " ID:" + heldId_);
+    }
+    if (voiceFreq_ != 0) s.text[1] = lcdText(displayFreq(voiceFreq_) + " " + displayMode(voiceMode_));
+    if (heldList_ >= 0)
+        s.text[2] = lcdText(memory_.ids[trunkBank_][heldList_].idSlots[static_cast<std::size_t>(heldSlot_)].tag);
     return s;
 }
 

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <sstream>
 
@@ -62,6 +63,12 @@ TEST(KestractlSim, RefusesWhatItCannotRunWith)
     EXPECT_NE(readBytes(err).find("File is not compatible with this version."), std::string::npos);
     EXPECT_EQ(exitOf({"--model", "BC250D", "--load", dir.file("missing.mem")}, err), 1);
 
+    // A traffic script with a bad line is told by its line number.
+    writeBytes(dir.path() / "traffic.txt", "100,500,ch=1\r\n100,500,channel 12\r\n");
+    EXPECT_EQ(exitOf({"--model", "BC250D", "--traffic", dir.file("traffic.txt")}, err), 2);
+    EXPECT_NE(readBytes(err).find("line 2: "), std::string::npos) << readBytes(err);
+    EXPECT_EQ(exitOf({"--model", "BC250D", "--activity", "seed=1,busy=2"}, err), 2);
+
     // A link never replaces a file of the user's.
     writeBytes(dir.path() / "scanner", "keep me");
     EXPECT_EQ(exitOf({"--model", "BC250D", "--link", dir.file("scanner")}, err), 1);
@@ -96,21 +103,22 @@ TEST(KestractlSim, ServesLoadedMemoryOnItsLinkAndDumpsItOnInterrupt)
     EXPECT_EQ(back.channel(1).tag, "PFO Tower Main");
     EXPECT_EQ(back.channel(300).freq, 4625625u);
 
-    // One line per command and per reply, in time order.
+    // One line per command and per reply, in time order, among the lines of
+    // what the scanner showed.
     std::istringstream log(readBytes(dir.path() / "sim.log"));
     std::vector<std::string> lines;
-    for (std::string line; std::getline(log, line);) lines.push_back(line);
+    long previous = 0;
+    for (std::string line; std::getline(log, line);) {
+        const long ms = std::stol(line);
+        EXPECT_GE(ms, previous) << line;
+        previous = ms;
+        if (line.find(" SHOW ") == std::string::npos) lines.push_back(line);
+    }
     ASSERT_EQ(lines.size(), 9u);
     EXPECT_NE(lines[0].find("BC250D on " + sim.device() + " at 19200 baud"), std::string::npos);
     EXPECT_NE(lines[1].find(" < MA001"), std::string::npos);
     EXPECT_NE(lines[2].find(" > C001 F01306250"), std::string::npos);
     EXPECT_NE(lines[8].find(" > OK"), std::string::npos);
-    long previous = 0;
-    for (const std::string& l : lines) {
-        const long ms = std::stol(l);
-        EXPECT_GE(ms, previous) << l;
-        previous = ms;
-    }
 }
 
 TEST(KestractlSim, TheScannersSpeedAndLatencyAreThoseAskedFor)
@@ -158,4 +166,40 @@ TEST(KestractlSim, LineFaultsRepeatWithTheirSeed)
     const std::string clean = session("");
     EXPECT_NE(first, clean);
     EXPECT_NE(clean.find("C008 F00000000"), std::string::npos);
+}
+
+TEST(KestractlSim, ItsLogShowsWhatTheScannerShowedAsTheScriptedCallCameAndWent)
+{
+    TempDir dir;
+    writeBytes(dir.path() / "in.mem", twoChannelMem());
+    writeBytes(dir.path() / "traffic.txt", "# the fire channel\r\n300,1200,ch=12\r\n");
+    SimProcess sim({"--model", "BC250D", "--load", dir.file("in.mem"), "--traffic", dir.file("traffic.txt"), "--log",
+                    dir.file("sim.log")},
+                   dir.file("err.txt"));
+    ASSERT_FALSE(sim.device().empty()) << readBytes(dir.path() / "err.txt");
+    ::usleep(2'200'000);  // nobody asks: the log is written as time passes
+    EXPECT_EQ(sim.stop(), 0);
+
+    std::istringstream log(readBytes(dir.path() / "sim.log"));
+    std::vector<std::pair<long, std::string>> shown;
+    for (std::string line; std::getline(log, line);) {
+        const auto at = line.find(" SHOW ");
+        if (at != std::string::npos) shown.emplace_back(std::stol(line), line.substr(at + 6));
+    }
+    ASSERT_FALSE(shown.empty());
+    // Scanning channels 1 and 12 from the start, the scan stops on 12 within
+    // two of its ticks of the call and leaves when it ends (no delay).
+    EXPECT_EQ(shown.front().first, 0);
+    EXPECT_EQ(shown.front().second.substr(0, 34), "     +   C 001  |  SCAN          |");
+    const std::string stopped = "SCAN +   C 012  | 154.3000  FM   |                |                 SQ+ SG";
+    const auto stop = std::find_if(shown.begin(), shown.end(), [&](const auto& s) { return s.second.rfind(stopped, 0) == 0; });
+    ASSERT_NE(stop, shown.end()) << readBytes(dir.path() / "sim.log");
+    EXPECT_GE(stop->first, 300);
+    EXPECT_LE(stop->first, 350);
+    EXPECT_GT(std::stoi(stop->second.substr(stopped.size())), 0);
+    ASSERT_NE(stop + 1, shown.end());
+    EXPECT_EQ(stop[1].first, 1500);
+    EXPECT_EQ(stop[1].second.substr(0, 2), "  ");  // scanning again, squelch closed
+    EXPECT_NE(stop[1].second.find("SQ- SG0"), std::string::npos);
+    EXPECT_EQ(std::count_if(shown.begin(), shown.end(), [](const auto& s) { return s.second.find("SQ+") != std::string::npos; }), 1);
 }

@@ -57,7 +57,9 @@ TEST(RigctlCrossCheck, ReadsWhatTheMemFilePutIntoTheScanner)
 
     TempDir dir;
     ScannerMemory memory(Model::BC250D);
-    Channel& tower = memory.channel(1);  // the channel the scanner starts on
+    // The scanner starts on channel 1 and, channel 57 being locked out, its
+    // scan has nowhere else to go.
+    Channel& tower = memory.channel(1);
     tower.freq = 1306250;
     tower.mode = Modulation::AM;
     tower.atten = true;
@@ -66,7 +68,7 @@ TEST(RigctlCrossCheck, ReadsWhatTheMemFilePutIntoTheScanner)
     Channel& fire = memory.channel(57);
     fire.freq = 1543000;
     fire.mode = Modulation::FM;
-    fire.lockout = false;
+    fire.lockout = true;
     fire.tag = "County Fire";
     test::writeBytes(dir.path() / "in.mem", memFileText(memory));
 
