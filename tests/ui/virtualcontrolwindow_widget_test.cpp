@@ -5,6 +5,7 @@
 
 // The scanner's headers come before Qt's: Qt's keyword macros would otherwise
 // reach into them.
+#include "sim/traffic.h"
 #include "sim/virtualscanner.h"
 
 #include "ui/transferwindow.h"
@@ -235,16 +236,22 @@ std::filesystem::path screenshotFolder()
 TEST_F(VirtualControlTest, ThePanelMirrorsATransmissionAndTheStatusWindowStandsInForIt)
 {
     startWith();
-    sim::Channel& channel = scanner().memory().channel(20);
+    // The scanner scans bank 1, where channel 20 comes on the air a second
+    // after it starts, for eight seconds.
+    sim::VirtualScanner& radio = scanner();
+    sim::Channel& channel = radio.memory().channel(20);
     channel.freq = 1673500;
     channel.tag = "AMK OSL CH 2";
     channel.lockout = false;
-    scanner().scanTo(20);
-    scanner().setReception({true, 182});
+    radio.memory().scanBanks[0] = true;
+    std::string error;
+    const auto air = sim::parseTrafficScript("1000,8000,ch=20\n", error);
+    ASSERT_TRUE(air) << error;
+    radio.setTraffic(sim::Traffic::scripted(*air));
 
     VirtualControlWindow* vc = open();
     ASSERT_NE(vc, nullptr);
-    run(5000);
+    run(4000);
     LcdPanel* lcd = vc->lcd();
     EXPECT_TRUE(lcd->text(0).startsWith("SCAN +")) << lcd->text(0).toStdString();
     EXPECT_TRUE(lcd->text(1).contains("167.3500")) << lcd->text(1).toStdString();
@@ -282,9 +289,9 @@ TEST_F(VirtualControlTest, ThePanelMirrorsATransmissionAndTheStatusWindowStandsI
     run(2500);
     EXPECT_GT(std::count(sent.begin(), sent.end(), "KEY00\r"), 0);
 
-    // Silence: the scanner scans on and Busy goes.
-    scanner().setReception({false, 0});
-    run(3000);
+    // The transmission ends: the scanner scans on and Busy goes.
+    run(6000);
+    EXPECT_TRUE(lcd->text(1).contains("SCANNING")) << lcd->text(1).toStdString();
     EXPECT_TRUE(vc->busyIndicator()->isHidden());
 
     vc->close();
