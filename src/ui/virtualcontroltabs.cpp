@@ -23,9 +23,6 @@ namespace kestra {
 
 namespace {
 
-QColor colourOf(int classic) { return QColor(classic & 0xFF, (classic >> 8) & 0xFF, (classic >> 16) & 0xFF); }
-int classicOf(const QColor& c) { return c.red() | (c.green() << 8) | (c.blue() << 16); }
-
 int firstOf(ActiveList list)
 {
     switch (list) {
@@ -145,17 +142,17 @@ void VirtualControlWindow::fontTabSample()
     font.setBold(check5_->isChecked());
     fontSample_->setFont(font);
     fontSample_->setStyleSheet(QString("color: %1; background: %2; border: 6px solid %3;")
-                                   .arg(colourOf(pendingLook_.color[0]).name(),
-                                        colourOf(pendingLook_.color[1]).name(),
-                                        colourOf(pendingLook_.color[2]).name()));
+                                   .arg(LcdLook::colour(pendingLook_.color[0]).name(),
+                                        LcdLook::colour(pendingLook_.color[1]).name(),
+                                        LcdLook::colour(pendingLook_.color[2]).name()));
 }
 
 void VirtualControlWindow::chooseColour(int which)
 {
     const QString titles[3] = {"Text ForeColor", "Text BackColor", "Display Back"};
-    const QColor chosen = QColorDialog::getColor(colourOf(pendingLook_.color[which]), this, titles[which]);
+    const QColor chosen = QColorDialog::getColor(LcdLook::colour(pendingLook_.color[which]), this, titles[which]);
     if (!chosen.isValid()) return;
-    pendingLook_.color[which] = classicOf(chosen);
+    pendingLook_.color[which] = LcdLook::classic(chosen);
     if (which == 0) pendingLook_.color[3] = pendingLook_.color[0];
     fontTabSample();
 }

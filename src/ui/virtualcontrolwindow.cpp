@@ -29,8 +29,6 @@ namespace {
 
 constexpr int kTwipsPerPixel = 15;
 
-QColor colourOf(int classic) { return QColor(classic & 0xFF, (classic >> 8) & 0xFF, (classic >> 16) & 0xFF); }
-
 // The display's font: the chosen one when the system has it, else the
 // system's fixed font at the chosen size.
 QFont lcdFont(const LcdLook& look)
@@ -314,10 +312,10 @@ void VirtualControlWindow::applyLook()
 {
     const QFont font = lcdFont(look_);
     lcd_->setLcdFont(font);
-    lcd_->setColours(colourOf(look_.color[0]), colourOf(look_.color[1]), colourOf(look_.color[2]));
+    lcd_->setColours(LcdLook::colour(look_.color[0]), LcdLook::colour(look_.color[1]), LcdLook::colour(look_.color[2]));
     if (states2_) {
         states2_->setLcdFont(font);
-        states2_->setColours(colourOf(look_.color[0]), colourOf(look_.color[1]));
+        states2_->setColours(LcdLook::colour(look_.color[0]), LcdLook::colour(look_.color[1]));
     }
 }
 

@@ -22,6 +22,7 @@
 #include "vcontrol/controlloop.h"
 #include "vcontrol/vfoini.h"
 
+#include <QColor>
 #include <QMainWindow>
 #include <QPointer>
 
@@ -63,6 +64,9 @@ struct LcdLook {
     // A name under four characters reads as "Terminal", a size is kept in 8..24.
     static LcdLook read(const ProfileStore& profile);
     void save(ProfileStore& profile) const;
+
+    static QColor colour(int classic) { return QColor(classic & 0xFF, (classic >> 8) & 0xFF, (classic >> 16) & 0xFF); }
+    static int classic(const QColor& c) { return c.red() | (c.green() << 8) | (c.blue() << 16); }
 };
 
 class VirtualControlWindow : public QMainWindow {
