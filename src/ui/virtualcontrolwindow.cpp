@@ -123,6 +123,8 @@ VirtualControlWindow::VirtualControlWindow(MemTable& table, std::unique_ptr<Seri
 
 VirtualControlWindow::~VirtualControlWindow()
 {
+    // The link closes after the controls it would tell are gone.
+    loop_->hooks = {};
     if (states2_) delete states2_.data();
 }
 
