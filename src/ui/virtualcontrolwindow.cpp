@@ -123,7 +123,7 @@ VirtualControlWindow::VirtualControlWindow(MemTable& table, std::unique_ptr<Seri
 
 VirtualControlWindow::~VirtualControlWindow()
 {
-    // The link closes after the controls it would tell are gone.
+    // The link closes as the window goes, and tells the panel nothing more.
     loop_->hooks = {};
     if (states2_) delete states2_.data();
 }
