@@ -3,6 +3,7 @@
 #include "platform/qt/qtext.h"
 #include "platform/qt/qtserialport.h"
 #include "sim/programports.h"
+#include "ui/virtualcontrolwindow.h"
 #include "ui/widgets/gridmodel.h"
 
 #include <QAction>
@@ -62,9 +63,12 @@ MainWindow::MainWindow(MemTable& table, AppFolder folder, QWidget* parent)
 
 MainWindow::~MainWindow()
 {
+    delete vc_.data();
     table_.setView(nullptr);
     while (busy_ > 0) setBusy(false);
 }
+
+VirtualControlWindow* MainWindow::virtualControl() const { return vc_.data(); }
 
 ProgramPorts& MainWindow::ports()
 {
@@ -206,6 +210,11 @@ void MainWindow::formLoad()
     updateTabs();
     updateCaption();
     bankChanged();
+    // Timer6: the Virtual Control opens by itself shortly after the start.
+    if (settings.vstart == 1) {
+        timer6_ = makeTimer(table_.scheduler(), 750, true, [this] { menuVirtualControl(); });
+        timer6_->setEnabled(true);
+    }
 }
 
 WindowPlace MainWindow::place() const
@@ -386,6 +395,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
         return;
     }
     unloaded_ = true;
+    if (vc_ && !vc_->closed()) vc_->close();
     table_.unload();
     // The window's own part of unloading: its place and the column widths.
     if (table_.settings().window == 1) writeWindowPlace(place(), folder_.path());

@@ -22,6 +22,7 @@
 #include "platform/appfolder.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <map>
 #include <memory>
@@ -45,6 +46,7 @@ namespace kestra {
 
 class ProgramPorts;
 class GridModel;
+class VirtualControlWindow;
 
 class MainWindow : public QMainWindow, public MemtabView {
     Q_OBJECT
@@ -77,6 +79,8 @@ public:
     QTableView* memtabel() const { return memtabel_; }
     QTabBar* tabbed1() const { return tabbed1_; }
     QMenu* tabpop() const { return tabpop_; }
+    // The Virtual Control window lcd2 while it is open, else null.
+    VirtualControlWindow* virtualControl() const;
     QToolBar* toolbar1() const { return toolbar1_; }
     QToolBar* toolbar2() const { return toolbar2_; }
     QLabel* frameLabel() const { return frameLabel_; }
@@ -181,6 +185,8 @@ private:
     void menuComset();
     void menuReadData();
     void menuSendData();
+    // The Virtual Control: memtab hides while it runs unless the setting vcm keeps it.
+    void menuVirtualControl();
     void menuSetupDefaultData();
     void menuResetTableWidth();
     void menuCheckTable();
@@ -236,6 +242,9 @@ private:
     std::unique_ptr<Backup> backup_;   // Timer3, started with Form Load
     ProgramPorts* ports_ = nullptr;
     std::unique_ptr<ProgramPorts> ownPorts_;
+    QPointer<VirtualControlWindow> vc_;
+    bool vcmainvisible_ = true;       // memtab was visible when the Virtual Control opened
+    std::unique_ptr<Timer> timer6_;   // the Virtual Control at start (setting vstart)
 
     QTableView* memtabel_ = nullptr;
     QTabBar* tabbed1_ = nullptr;

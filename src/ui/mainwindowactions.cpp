@@ -16,6 +16,7 @@
 #include "ui/portsetupwindow.h"
 #include "ui/replacewindow.h"
 #include "ui/transferwindow.h"
+#include "ui/virtualcontrolwindow.h"
 
 #include <QClipboard>
 #include <QDialog>
@@ -302,6 +303,40 @@ void MainWindow::menuSendData()
         updateCaption();
         table_.fillgrid();
     }
+}
+
+void MainWindow::menuVirtualControl()
+{
+    if (vc_ && !vc_->closed()) {
+        vc_->showNormal();
+        vc_->raise();
+        vc_->activateWindow();
+        return;
+    }
+    // The grid goes into the store first: the scanner's model reply may give
+    // the grid another layout, which it then takes without reading it back.
+    commitEdit();
+    table_.createbank();
+    const ComSettings com = table_.com;
+    auto* window = new VirtualControlWindow(table_, ports().port(com.port, table_.doc().model.model()));
+    vc_ = window;
+    window->onModelChanged = [this] {
+        table_.applyLayout();
+        table_.fillgrid();
+        updateCaption();
+    };
+    const bool keepEditor = table_.settings().vcm == 1;
+    window->onClosed = [this, keepEditor] {
+        if (!keepEditor) setVisible(vcmainvisible_);
+    };
+    if (keepEditor) {
+        table_.vcrunning = true;
+    } else {
+        vcmainvisible_ = isVisible();
+        hide();
+    }
+    window->show();
+    window->start();
 }
 
 void MainWindow::menuSetupDefaultData()

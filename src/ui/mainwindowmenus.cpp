@@ -260,7 +260,7 @@ void MainWindow::buildMenus()
     addEntry(modelMenu_, "menread", "&Read Data From Scanner", true);
     addEntry(modelMenu_, "memsend", "&Send Data To Scanner", true);
     modelMenu_->addSeparator();
-    addEntry(modelMenu_, "vc", "&Virtual Control");
+    addEntry(modelMenu_, "vc", "&Virtual Control", true);
     addEntry(modelMenu_, "ditun", "Direct Tune");
     addEntry(modelMenu_, "mnu_prioch", "Priority Channels");
     addEntry(modelMenu_, "other82", "&Other Options");
@@ -402,6 +402,7 @@ void MainWindow::buildMenus()
     action("find_duplisub")->setEnabled(true);
     connectPortEntry("menread", &MainWindow::menuReadData);
     connectPortEntry("memsend", &MainWindow::menuSendData);
+    connectEntry("vc", &MainWindow::menuVirtualControl);
 }
 
 void MainWindow::buildToolbars()

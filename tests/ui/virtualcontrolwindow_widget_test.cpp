@@ -1,0 +1,304 @@
+// The Virtual Control window lcd2, opened from the main window on the built-in
+// virtual scanner in virtual time: how it takes the place of the editor and
+// gives it back, the keys and the knob on the wire, and the panel following
+// what the scanner shows.
+
+// The scanner's headers come before Qt's: Qt's keyword macros would otherwise
+// reach into them.
+#include "sim/traffic.h"
+#include "sim/virtualscanner.h"
+
+#include "ui/transferwindow.h"
+#include "ui/virtualcontrolwindow.h"
+#include "ui/widgets/lcdpanel.h"
+#include "ui/widgets/panelkey.h"
+#include "ui/widgets/tuningknob.h"
+
+#include "support/mainwindowrig.h"
+
+#include <QComboBox>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kestra {
+namespace {
+
+class VirtualControlTest : public ::testing::Test, public test::MainWindowRig {
+protected:
+    // The program as a user starts it, with a BC796D on com1.
+    void startWith(const std::function<void(Settings&)>& configure = {})
+    {
+        Options options = Options::connected();
+        options.beforeWindow = [this, configure] {
+            doc.model = ModelSwitches::of(Model::BC796D);
+            if (configure) configure(settings);
+        };
+        start(options);
+    }
+
+    sim::VirtualScanner& scanner() { return ports->virtualScanner(Model::BC796D); }
+
+    // The toolbar button "vc"; every command the window's link writes is kept.
+    VirtualControlWindow* open()
+    {
+        QAction* button = toolbarButton("vc");
+        if (!button || !button->isEnabled()) {
+            ADD_FAILURE() << "no usable toolbar button vc";
+            return nullptr;
+        }
+        button->trigger();
+        VirtualControlWindow* vc = window->virtualControl();
+        if (vc) vc->loop().onSend = [this](const std::string& command) { sent.push_back(command); };
+        return vc;
+    }
+
+    // Lets the link run for ms of virtual time.
+    void run(int ms)
+    {
+        scheduler.advance(ms);
+        QCoreApplication::processEvents();
+    }
+
+    // What was written besides the polls.
+    std::vector<std::string> keysSent() const
+    {
+        static const std::set<std::string> polls = {"LCD\r", "ST\r", "SQ\r", "SG\r", "MD\r", "RM\r",
+                                                    "AT\r",  "IS\r", "SB\r", "CB\r", "TB\r"};
+        std::vector<std::string> keys;
+        for (const std::string& c : sent)
+            if (!polls.count(c)) keys.push_back(c);
+        return keys;
+    }
+
+    std::vector<std::string> sent;
+};
+
+TEST_F(VirtualControlTest, TakesThePlaceOfTheEditorKeepsItsSizeAndGivesThePortBack)
+{
+    // The user's own display font, out of bounds in the per-user store.
+    test::writeBytes(dir.path() / "vfo.ini", "KESTRA-VFO ini data v1.01\r\n[color]\r\ncustom= 1\r\n");
+    profile.set("VirtualControl", "Fontname", "Ari");
+    profile.set("VirtualControl", "Fontsize", "30");
+    startWith();
+    VirtualControlWindow* vc = open();
+    ASSERT_NE(vc, nullptr);
+    EXPECT_EQ(vc->objectName(), "lcd2");
+    EXPECT_EQ(vc->windowTitle(), "KESTRA - Virtual Control");
+    EXPECT_TRUE(vc->isVisible());
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_TRUE(table->vcrunning);
+    QStringList tabs;
+    for (int i = 0; i < vc->sstab1()->count(); ++i) tabs << vc->sstab1()->tabText(i);
+    EXPECT_EQ(tabs, QStringList({"Keyboard", "History", "Src Extender", "Log Setup", "Audio Setup", "Audio Rec.",
+                                 "Font", "Misc."}));
+
+    EXPECT_EQ(vc->findChild<QComboBox*>("fontname")->currentText(), "Terminal");
+    EXPECT_EQ(vc->findChild<QComboBox*>("fontsize")->currentText(), "24");
+
+    // The resting scanner scans: the display and the status line follow the polls.
+    run(3000);
+    EXPECT_TRUE(vc->lcd()->text(1).contains("SCANNING")) << vc->lcd()->text(1).toStdString();
+    EXPECT_EQ(vc->label22()->text(), "Scan Mode");
+    EXPECT_NE(test::readBytes(dir.path() / "version.ini").find("BC796D"), std::string::npos);
+
+    // Smaller than its size, it snaps back.
+    const QSize least(9300 / 15, 8700 / 15);
+    vc->resize(100, 100);
+    EXPECT_EQ(vc->size(), least);
+    vc->resize(900, 700);
+    EXPECT_EQ(vc->size(), QSize(least.width(), 700));
+
+    vc->close();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_FALSE(table->vcrunning);
+    EXPECT_EQ(fileLines("vfo.ini").at(0), "KESTRA-VFO ini data v1.01");
+    EXPECT_EQ(profile.get("VirtualControl", "Fontsize", ""), "24");
+    // Nothing more goes to the scanner once the window is closed.
+    const std::size_t written = sent.size();
+    run(2000);
+    EXPECT_EQ(sent.size(), written);
+}
+
+TEST_F(VirtualControlTest, BesideTheEditorThePortActionsRefuseUntilItCloses)
+{
+    startWith([](Settings& s) { s.vcm = 1; });
+    VirtualControlWindow* vc = open();
+    ASSERT_NE(vc, nullptr);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(table->vcrunning);
+    for (const char* entry : {"menread", "memsend", "comset"}) trigger(entry);
+    EXPECT_EQ(messages(), std::vector<std::string>(3, MemTable::kVcRunning));
+
+    vc->close();
+    EXPECT_TRUE(window->isVisible());
+    // The port is free again: Read Data opens its window.
+    whileOpen<TransferWindow>("menread", [](TransferWindow* transfer) { transfer->reject(); });
+    EXPECT_EQ(messages().size(), 3u);
+}
+
+TEST_F(VirtualControlTest, KeysTuningAndActiveListsGoToTheScanner)
+{
+    startWith();
+    VirtualControlWindow* vc = open();
+    ASSERT_NE(vc, nullptr);
+    run(1000);
+    sent.clear();
+
+    QTest::mouseClick(vc->keyA(6), Qt::LeftButton);   // RESUME
+    QTest::mouseClick(vc->keyB(5), Qt::LeftButton);   // 5
+    // Right button on Lock Out: the hold at the press, the key at the click.
+    QTest::mouseClick(vc->keyA(10), Qt::RightButton);
+    QTest::mousePress(vc->keyC(1), Qt::RightButton);  // PRI held
+    QTest::mouseRelease(vc->keyC(1), Qt::RightButton);
+    QTest::mousePress(vc->keyC(8), Qt::LeftButton);   // V UP
+    EXPECT_EQ(vc->keyC(8)->label()->palette().color(QPalette::WindowText), QColor(Qt::white));
+    QTest::mouseRelease(vc->keyC(8), Qt::LeftButton);
+    EXPECT_EQ(keysSent(), (std::vector<std::string>{"KEY00\r", "KEY02 5\r", "KEY06H\r", "KEY06\r", "KEY05H\r",
+                                                    "KEY15\r"}));
+
+    // Direct tune: letters stay out of the box, Enter tunes channel 999.
+    sent.clear();
+    vc->text19()->clear();
+    QTest::keyClicks(vc->text19(), "1x46.52");
+    EXPECT_EQ(vc->text19()->text(), "146.52");
+    QTest::keyClick(vc->text19(), Qt::Key_Return);
+    EXPECT_EQ(vc->text19()->text(), "0146.5200");
+    EXPECT_EQ(keysSent(), (std::vector<std::string>{"MA999\r", "RF01465200\r"}));
+    run(5000);
+    EXPECT_TRUE(vc->lcd()->text(1).contains("146.5200")) << vc->lcd()->text(1).toStdString();
+
+    // At rest the long cycle reads the active lists into the Misc. tab; a
+    // double click sends the changed list and the scanner takes it.
+    const std::array<bool, 10> scanBanks = scanner().memory().scanBanks;
+    for (int i = 0; i < 10; ++i) EXPECT_EQ(vc->linkb1(110 + i)->on(), scanBanks[i]) << i;
+    sent.clear();
+    QTest::mouseDClick(vc->linkb1(111), Qt::LeftButton);
+    run(4000);
+    EXPECT_EQ(scanner().memory().scanBanks[1], !scanBanks[1]);
+    EXPECT_EQ(vc->linkb1(111)->on(), !scanBanks[1]);
+    ASSERT_FALSE(keysSent().empty());
+    EXPECT_EQ(keysSent().front().substr(0, 3), "CB ");
+    // The trunk lists only change colour.
+    sent.clear();
+    QTest::mouseDClick(vc->linkb1(5), Qt::LeftButton);
+    EXPECT_TRUE(vc->linkb1(5)->on());
+    EXPECT_TRUE(keysSent().empty());
+}
+
+TEST_F(VirtualControlTest, TheHeldKnobTurnsTenStepsASecondAndStopsOnRelease)
+{
+    startWith();
+    VirtualControlWindow* vc = open();
+    ASSERT_NE(vc, nullptr);
+    run(500);
+    sent.clear();
+    const auto count = [this](const char* key) {
+        const auto keys = keysSent();
+        return std::count(keys.begin(), keys.end(), std::string(key));
+    };
+
+    QTest::mousePress(vc->knob(), Qt::LeftButton);
+    run(2000);
+    QTest::mouseRelease(vc->knob(), Qt::LeftButton);
+    EXPECT_LE(count("KEY16\r"), 20);
+    EXPECT_GE(count("KEY16\r"), 19);
+    EXPECT_EQ(count("KEY15\r"), 0);
+    EXPECT_NE(vc->knob()->angle(), 0);
+    run(1000);
+    EXPECT_LE(count("KEY16\r"), 20);
+
+    QTest::mousePress(vc->knob(), Qt::RightButton);
+    run(500);
+    QTest::mouseRelease(vc->knob(), Qt::RightButton);
+    EXPECT_EQ(count("KEY15\r"), 5);
+}
+
+// Where the screenshots go: $TEST_OUTPUT_DIR, else a folder of the build's Testing/.
+std::filesystem::path screenshotFolder()
+{
+    if (const char* dir = std::getenv("TEST_OUTPUT_DIR"); dir && *dir) return dir;
+    return KESTRA_TEST_OUTPUT_DIR;
+}
+
+TEST_F(VirtualControlTest, ThePanelMirrorsATransmissionAndTheStatusWindowStandsInForIt)
+{
+    startWith();
+    // The scanner scans bank 1, where channel 20 comes on the air a second
+    // after it starts, for eight seconds.
+    sim::VirtualScanner& radio = scanner();
+    sim::Channel& channel = radio.memory().channel(20);
+    channel.freq = 1673500;
+    channel.tag = "AMK OSL CH 2";
+    channel.lockout = false;
+    radio.memory().scanBanks[0] = true;
+    std::string error;
+    const auto air = sim::parseTrafficScript("1000,8000,ch=20\n", error);
+    ASSERT_TRUE(air) << error;
+    radio.setTraffic(sim::Traffic::scripted(*air));
+
+    VirtualControlWindow* vc = open();
+    ASSERT_NE(vc, nullptr);
+    run(4000);
+    LcdPanel* lcd = vc->lcd();
+    EXPECT_TRUE(lcd->text(0).startsWith("SCAN +")) << lcd->text(0).toStdString();
+    EXPECT_TRUE(lcd->text(1).contains("167.3500")) << lcd->text(1).toStdString();
+    EXPECT_EQ(lcd->text(2).trimmed(), "AMK OSL CH 2");
+    // The scanner marks "SCAN" inverted.
+    for (int i = 0; i < 16; ++i) EXPECT_EQ(lcd->cell(0, i).inverted, i < 4) << i;
+    EXPECT_FALSE(vc->busyIndicator()->isHidden());
+    EXPECT_GT(vc->meter()->barsShown(), 0);
+    EXPECT_EQ(vc->label22()->text(), "Scan Mode");
+
+    const std::filesystem::path folder = screenshotFolder();
+    std::filesystem::create_directories(folder);
+    const std::filesystem::path shot = folder / "virtualcontrol.png";
+    ASSERT_TRUE(vc->grab().save(QString::fromStdString(shot.string())));
+    std::cout << "screenshot: " << shot.string() << std::endl;
+
+    // Minimised with vcstat, the status window mirrors the display; a click
+    // on it brings the panel back, and its place goes to vfo.ini.
+    table->settings().vcstat = 1;
+    vc->setWindowState(Qt::WindowMinimized);
+    StatusWindow* states2 = vc->states2();
+    ASSERT_NE(states2, nullptr);
+    EXPECT_TRUE(states2->isVisible());
+    EXPECT_TRUE(states2->line(1).contains("167.3500"));
+    EXPECT_TRUE(states2->busy());
+    states2->move(40, 50);
+    QTest::mouseClick(states2->label(2), Qt::LeftButton);
+    EXPECT_FALSE(vc->isMinimized());
+    EXPECT_FALSE(states2->isVisible());
+
+    // Auto Resume after a second of an open squelch.
+    sent.clear();
+    vc->combo1()->setCurrentIndex(0);
+    vc->check2()->setChecked(true);
+    run(2500);
+    EXPECT_GT(std::count(sent.begin(), sent.end(), "KEY00\r"), 0);
+
+    // The transmission ends: the scanner scans on and Busy goes.
+    run(6000);
+    EXPECT_TRUE(lcd->text(1).contains("SCANNING")) << lcd->text(1).toStdString();
+    EXPECT_TRUE(vc->busyIndicator()->isHidden());
+
+    vc->close();
+    const auto lines = fileLines("vfo.ini");
+    EXPECT_EQ(lines.at(2), "left=600");
+    EXPECT_EQ(lines.at(3), "top=750");
+}
+
+} // namespace
+} // namespace kestra
