@@ -36,11 +36,7 @@ int detect(const Args& words)
     QCoreApplication app(argc, argv);
 
     QtProfileStore profile;
-    ModelSwitches model;
-    model.bc785d = static_cast<int>(IntVal(profile.get("model", "bc785d", "0")));
-    model.x96 = static_cast<int>(IntVal(profile.get("model", "x96", "0")));
-    model.ubc33 = static_cast<int>(IntVal(profile.get("model", "ubc33", "1")));
-    model.normalise();
+    ModelSwitches model = storedModel(profile);
     const int baud = allowedBaud(readCom250(folder).baud, model);
 
     QtScheduler scheduler;

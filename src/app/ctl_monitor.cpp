@@ -66,11 +66,7 @@ int monitor(const Args& words)
     Settings settings;
     readSetup(settings, folder, com.usbc);
     QtProfileStore profile;
-    ModelSwitches model;
-    model.bc785d = static_cast<int>(IntVal(profile.get("model", "bc785d", "0")));
-    model.x96 = static_cast<int>(IntVal(profile.get("model", "x96", "0")));
-    model.ubc33 = static_cast<int>(IntVal(profile.get("model", "ubc33", "1")));
-    model.normalise();
+    ModelSwitches model = storedModel(profile);
 
     QtScheduler scheduler;
     ProgramPorts ports(scheduler, folder, &QtSerialPort::openDevice);

@@ -97,11 +97,7 @@ int run(const Transfer& t)
     Document doc;
     doc.clearstores();
     QtProfileStore profile;
-    ModelSwitches model;
-    model.bc785d = static_cast<int>(IntVal(profile.get("model", "bc785d", "0")));
-    model.x96 = static_cast<int>(IntVal(profile.get("model", "x96", "0")));
-    model.ubc33 = static_cast<int>(IntVal(profile.get("model", "ubc33", "1")));
-    model.normalise();
+    ModelSwitches model = storedModel(profile);
     doc.model = model;
 
     const std::string source = t.read ? t.base : t.file;

@@ -189,12 +189,7 @@ void MemTable::readProfile()
     opendir = chooseFolder(p.get(kFolderSection, "opendir", "unknownx"));
     savedir = chooseFolder(p.get(kFolderSection, "savedir", "unknownx"));
     backdir = chooseFolder(p.get(kFolderSection, "backdir", "unknownx"));
-    ModelSwitches m;
-    m.bc785d = static_cast<int>(IntVal(p.get(kModelSection, "bc785d", "0")));
-    m.x96 = static_cast<int>(IntVal(p.get(kModelSection, "x96", "0")));
-    m.ubc33 = static_cast<int>(IntVal(p.get(kModelSection, "ubc33", "1")));
-    m.normalise();
-    doc_.model = m;
+    doc_.model = storedModel(p);
     applyLayout();
 }
 

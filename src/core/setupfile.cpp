@@ -17,6 +17,16 @@ int allowedBaud(int baud, const ModelSwitches& model)
     return baud;
 }
 
+ModelSwitches storedModel(const ProfileStore& profile)
+{
+    ModelSwitches m;
+    m.bc785d = static_cast<int>(IntVal(profile.get("model", "bc785d", "0")));
+    m.x96 = static_cast<int>(IntVal(profile.get("model", "x96", "0")));
+    m.ubc33 = static_cast<int>(IntVal(profile.get("model", "ubc33", "1")));
+    m.normalise();
+    return m;
+}
+
 const std::vector<SettingKey>& settingKeys()
 {
     using S = Settings;

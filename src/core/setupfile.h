@@ -5,6 +5,8 @@
 #include "cellcodes.h"
 #include "settings.h"
 
+#include "platform/profilestore.h"
+
 #include <filesystem>
 #include <string>
 
@@ -22,6 +24,10 @@ ComSettings readCom250(const std::filesystem::path& folder);
 // the models without x96 know 4800, 9600 and 19200 only.
 int allowedBaud(int baud, const ModelSwitches& model);
 bool knowsFastBaud(const ModelSwitches& model);
+
+// The model switches the user last chose, kept per user in section "model"
+// (bc785d 0, x96 0, ubc33 1 when nothing was kept), normalised.
+ModelSwitches storedModel(const ProfileStore& profile);
 
 // Reads every key of setup.ini in folder (defaults for what is missing), then
 // applies the clamps, the reset of "9khz" and, for a USB converter, the raised
