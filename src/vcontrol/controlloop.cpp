@@ -293,11 +293,8 @@ void ControlLoop::setAutoResume(bool enabled, int seconds)
 
 void ControlLoop::encodedTick()
 {
-    const std::string& line2 = state_.lcdline[1];
-    state_.encoded = line2.size() >= 13 ? line2.substr(10, 3) : std::string();
-    if (state_.encoded == lastEncoded_) return;
-    lastEncoded_ = state_.encoded;
-    skipTick();
+    // A change of the encryption mark tries the skip at once.
+    if (refreshEncoded(state_)) skipTick();
 }
 
 void ControlLoop::skipTick()

@@ -138,7 +138,6 @@ private:
     int inWait_ = 0;
     bool recovering_ = false;  // the watchdog is reopening the port
     std::string rxbuf_;
-    std::string lastEncoded_;
 
     std::unique_ptr<Timer> timer1_, timer10_, timer2_, timer3_, timer4_, timer12_;
 };
