@@ -19,6 +19,8 @@ int int16Of(const std::string& text)
 VfoIni VfoIni::load(const std::filesystem::path& folder)
 {
     VfoIni v;
+    // The log file lives in the program's folder unless the file names another.
+    v.filename = cp1252FromUtf8((folder / kLogName).string());
     std::string bytes;
     if (!readFileBytes(folder / kFileName, bytes)) return v;
     // The first line is the file's title, not a part of any section.
@@ -46,7 +48,7 @@ VfoIni VfoIni::load(const std::filesystem::path& folder)
     v.top = ini.get("pos", "top", "");
     v.height = ini.get("pos", "height", "");
     v.ontop = number("pos", "ontop", 0);
-    v.filename = ini.get("log", "filename", "c:\\log.csv");
+    v.filename = ini.get("log", "filename", v.filename);
     v.audiopath = ini.get("log", "audiopath", "c:\\");
     v.custom = number("color", "custom", 0);
     for (int i = 0; i < 13; ++i) v.option[i] = number("options", "option" + std::to_string(i + 1), 0);

@@ -29,7 +29,7 @@ struct VfoIni {
     std::string left, top, height;
     int ontop = 0;
     // [log]
-    std::string filename = "c:\\log.csv";
+    std::string filename = kLogName;  // load() puts the folder in front
     std::string audiopath = "c:\\";
     // [color]
     int custom = 0;
@@ -39,6 +39,7 @@ struct VfoIni {
     bool retryforever() const { return option[11] != 0; }
 
     static constexpr const char* kFileName = "vfo.ini";
+    static constexpr const char* kLogName = "log.csv";
     static constexpr const char* kFirstLine = "KESTRA-VFO ini data v1.01";
 
     static VfoIni load(const std::filesystem::path& folder);

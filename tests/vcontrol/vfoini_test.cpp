@@ -13,7 +13,7 @@ TEST(VfoIni, ReadsWhatItWritesForcesTheSpeedsAndIgnoresTheFirstLine)
 {
     test::TempDir dir;
     const VfoIni fresh = VfoIni::load(dir.path());
-    EXPECT_EQ(fresh.filename, "c:\\log.csv");
+    EXPECT_EQ(fresh.filename, (dir.path() / "log.csv").string());
     EXPECT_EQ(fresh.audiopath, "c:\\");
     EXPECT_FALSE(fresh.retryforever());
 
