@@ -1,13 +1,18 @@
-// kestractl monitor [--port P] [--duration S] [--dir FOLDER]
+// kestractl monitor [--port P] [--duration S] [--dir FOLDER] [--log FILE.csv]
 //
 // The Virtual Control without a window: the same poll loop and decoder on the
 // scanner's port, printing one line per change of the scanner's state: the
 // milliseconds since the start, a blank, and the state (see
 // vcontrol/statereport.h). Runs until Ctrl+C or the end of the duration;
 // exit status 1 when contact is lost for good.
+//
+// --log: the hit log runs on the loop as in the window with "Log History Data
+// to disk:" ticked, writing its lines to FILE.csv (replaced), with the Log
+// Setup options of vfo.ini and the tags of lastused.sav in the folder.
 
 #include "kestractl.h"
 
+#include "core/memfile.h"
 #include "core/setupfile.h"
 #include "core/text.h"
 #include "platform/appfolder.h"
@@ -17,6 +22,7 @@
 #include "platform/qt/qtserialport.h"
 #include "sim/programports.h"
 #include "vcontrol/controlloop.h"
+#include "vcontrol/hitlog.h"
 #include "vcontrol/statereport.h"
 #include "vcontrol/vfoini.h"
 
@@ -40,14 +46,16 @@ int monitor(const Args& words)
 {
     Args args = words;
     std::vector<std::pair<std::string, std::string>> options;
-    if (!takeOptions(args, {"--port", "--duration", "--dir"}, {}, options)) return 2;
+    if (!takeOptions(args, {"--port", "--duration", "--dir", "--log"}, {}, options)) return 2;
     if (!args.empty()) return usage("monitor takes no " + args.front());
     std::filesystem::path folder = AppFolder::standard().path();
     std::string portText;
+    std::string logFile;
     double duration = 0;  // 0: until Ctrl+C
     for (const auto& [name, value] : options) {
         if (name == "--dir") folder = value;
         if (name == "--port") portText = value;
+        if (name == "--log") logFile = value;
         if (name == "--duration") {
             duration = static_cast<double>(IntVal(value));
             if (value.find_first_not_of("0123456789") != std::string::npos || duration <= 0)
@@ -87,7 +95,8 @@ int monitor(const Args& words)
     link.port = com.port;
     link.baud = allowedBaud(com.baud, model);
     link.delay1 = settings.delay1;
-    link.retryforever = VfoIni::load(folder).retryforever();
+    const VfoIni vfo = VfoIni::load(folder);
+    link.retryforever = vfo.retryforever();
     link.encrypted = {settings.enc1 == 1, settings.enc2 == 1, settings.enc3 == 1, settings.enc4 == 1};
     ControlLoop loop(scheduler, dialogs, std::move(port), link);
 
@@ -102,9 +111,25 @@ int monitor(const Args& words)
     loop.hooks.displayChanged = report;
     loop.hooks.replyTaken = [&](int, const std::string&) { report(); };
 
+    Document doc;
+    std::unique_ptr<HitLog> hits;
+    if (!logFile.empty()) {
+        std::string bytes;
+        if (readFileBytes(folder / "lastused.sav", bytes)) readMem(doc, bytes, 0);
+        hits = std::make_unique<HitLog>(doc, [&loop](const std::string& command) { loop.send(command); }, localNow);
+        hits->options = HitLogOptions::fromIni(vfo);
+        hits->logname = cp1252FromUtf8(logFile);
+        if (!hits->setLogging(true)) {
+            std::cerr << "Cannot write " << logFile << '\n';
+            return 1;
+        }
+        hits->attach(scheduler, loop);
+    }
+
     std::signal(SIGINT, onInterrupt);
     std::signal(SIGTERM, onInterrupt);
     loop.open(folder, model);
+    doc.model = model;
     const std::int64_t end = start + static_cast<std::int64_t>(duration * 1000);
     while (!interrupted && !loop.lost() && (duration <= 0 || scheduler.now() < end)) scheduler.wait(0.05);
     const bool lost = loop.lost();

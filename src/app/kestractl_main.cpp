@@ -23,7 +23,7 @@ const char* kUsage =
     "      \"port N, baud B, model M\" for the last scanner that answered; exit\n"
     "      status 1 when none did. The built-in virtual scanner answers as the\n"
     "      model last chosen in the program (UBC3300 when none was).\n"
-    "  monitor [--port P] [--duration S] [--dir FOLDER]\n"
+    "  monitor [--port P] [--duration S] [--dir FOLDER] [--log FILE.csv]\n"
     "      the Virtual Control without a window: polls the scanner on port P (a port\n"
     "      number of the binding, default the one of com250.ini, or a device path)\n"
     "      and prints a line for each change of its state: milliseconds since the\n"
