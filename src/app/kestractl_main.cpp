@@ -29,7 +29,7 @@ const char* kUsage =
     "      and prints a line for each change of its state: milliseconds since the\n"
     "      start, mode, bank/channel, frequency, \"tag\", trunk ID, signal and\n"
     "      squelch. Runs for S seconds or until Ctrl+C; exit status 1 when contact\n"
-    "      with the scanner is lost for good.\n"
+    "      with the scanner is lost for good. --log keeps the hit log in FILE.csv.\n"
     "  sim --model MODEL [--link PATH] [--load FILE.mem] [--dump FILE.mem] [--log FILE]\n"
     "      [--latency MS] [--faults LIST] [--baud RATE] [--activity seed=N,busy=F] [--traffic FILE]\n"
     "      run the virtual scanner on a pseudo-terminal that any serial program can\n"
