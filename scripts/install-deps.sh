@@ -9,7 +9,7 @@ packages=(
   libgl-dev libxkbcommon-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth fonts-liberation
-  libhamlib-utils
+  libhamlib-utils python3
   clang libclang-rt-14-dev
 )
 
