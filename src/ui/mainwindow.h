@@ -45,6 +45,7 @@ class QToolBar;
 namespace kestra {
 
 class ProgramPorts;
+class Recorder;
 class GridModel;
 class VirtualControlWindow;
 
@@ -75,6 +76,10 @@ public:
     // window makes them over its folder the first time they are asked for.
     ProgramPorts& ports();
     void setPorts(ProgramPorts* ports) { ports_ = ports; }
+    // The sound capture device the Virtual Control records from; it must
+    // outlive the Virtual Control. None set: the Virtual Control takes the
+    // system's own.
+    void setRecorder(Recorder* recorder) { recorder_ = recorder; }
     GridModel* gridModel() const { return model_; }
     QTableView* memtabel() const { return memtabel_; }
     QTabBar* tabbed1() const { return tabbed1_; }
@@ -241,6 +246,7 @@ private:
     std::unique_ptr<BankTools> bankTools_;   // after lineOps_: a sort keeps its undo there
     std::unique_ptr<Backup> backup_;   // Timer3, started with Form Load
     ProgramPorts* ports_ = nullptr;
+    Recorder* recorder_ = nullptr;
     std::unique_ptr<ProgramPorts> ownPorts_;
     QPointer<VirtualControlWindow> vc_;
     bool vcmainvisible_ = true;       // memtab was visible when the Virtual Control opened

@@ -318,7 +318,7 @@ void MainWindow::menuVirtualControl()
     commitEdit();
     table_.createbank();
     const ComSettings com = table_.com;
-    auto* window = new VirtualControlWindow(table_, ports().port(com.port, table_.doc().model.model()));
+    auto* window = new VirtualControlWindow(table_, ports().port(com.port, table_.doc().model.model()), recorder_);
     vc_ = window;
     window->onModelChanged = [this] {
         table_.applyLayout();

@@ -1,6 +1,8 @@
-// The Virtual Control's tabs beside the keyboard: "Font" (the display's font
-// and colours), "Misc." (the lists of active banks and the trunk lists), and
-// the tabs whose work comes in a later version.
+// The Virtual Control's tabs beside the keyboard: "History" (the grid of
+// hits), "Log Setup" (what the hit log does and where it writes), "Audio
+// Setup" and "Audio Rec." (the recorder), "Font" (the display's font and
+// colours), "Misc." (the lists of active banks and the trunk lists), and the
+// tab whose work comes in a later version.
 
 #include "ui/virtualcontrolwindow.h"
 
@@ -8,6 +10,8 @@
 #include "ui/widgets/lcdpanel.h"
 #include "ui/widgets/panelkey.h"
 
+#include <QAction>
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
@@ -15,8 +19,13 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+#include <QTableWidget>
 #include <QVBoxLayout>
 
 namespace kestra {
@@ -33,7 +42,348 @@ int firstOf(ActiveList list)
     return 100;
 }
 
+constexpr int kTwipsPerPixel = 15;
+
+// The history grid's columns and their widths in units; the tenth, the date,
+// has no header text.
+constexpr const char* kHistoryCaptions[HitLog::kColumns] = {"-",    "Bank", "Channel", "Frequency", "ID",
+                                                            "Ctcss", "Dcs", "Time",    "Mode",      ""};
+constexpr int kHistoryWidths[HitLog::kColumns] = {800, 600, 900, 1000, 1000, 700, 550, 1400, 700, 1000};
+
+constexpr const char* kCsvFilter = "CSV Files|*.csv";
+
+std::string withCsv(std::string name)
+{
+    if (std::filesystem::path(name).extension().empty()) name += ".csv";
+    return name;
+}
+
+QPushButton* button(const char* caption, const char* name, QWidget* parent)
+{
+    auto* b = new QPushButton(caption, parent);
+    b->setObjectName(name);
+    return b;
+}
+
 } // namespace
+
+QWidget* VirtualControlWindow::buildHistoryTab()
+{
+    auto* page = new QWidget;
+    page->setObjectName("History");
+    auto* layout = new QVBoxLayout(page);
+    loggrid_ = new QTableWidget(HitLog::kRows, HitLog::kColumns, page);
+    loggrid_->setObjectName("loggrid");
+    loggrid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    loggrid_->verticalHeader()->hide();
+    loggrid_->verticalHeader()->setDefaultSectionSize(loggrid_->fontMetrics().height() + 4);
+    QStringList captions;
+    for (const char* caption : kHistoryCaptions) captions << caption;
+    loggrid_->setHorizontalHeaderLabels(captions);
+    for (int c = 0; c < HitLog::kColumns; ++c) loggrid_->setColumnWidth(c, kHistoryWidths[c] / kTwipsPerPixel);
+    layout->addWidget(loggrid_, 1);
+
+    auto* buttons = new QHBoxLayout;
+    auto* clear = button("Clear History", "Command13", page);
+    connect(clear, &QPushButton::clicked, this, [this] {
+        hitlog_->clear();
+        showHistory();
+    });
+    auto* save = button("Save current history", "Command1", page);
+    connect(save, &QPushButton::clicked, this, &VirtualControlWindow::saveHistoryAs);
+    buttons->addWidget(clear);
+    buttons->addWidget(save);
+    buttons->addStretch(1);
+    layout->addLayout(buttons);
+    showHistory();
+    return page;
+}
+
+void VirtualControlWindow::showHistory()
+{
+    // Row 1 of the history, the newest hit, is the grid's top row.
+    const auto& rows = hitlog_->histline();
+    for (int r = 1; r <= HitLog::kRows; ++r) {
+        for (int c = 0; c < HitLog::kColumns; ++c) {
+            const QString text = toQt(rows[r][c]);
+            QTableWidgetItem* item = loggrid_->item(r - 1, c);
+            if (!item) {
+                if (text.isEmpty()) continue;
+                item = new QTableWidgetItem;
+                loggrid_->setItem(r - 1, c, item);
+            }
+            item->setText(text);
+        }
+    }
+}
+
+void VirtualControlWindow::saveHistoryAs()
+{
+    FileChoice choice;
+    choice.title = "Save current history";
+    choice.filter = kCsvFilter;
+    choice.folder = table_.folder().path().string();
+    const std::optional<std::string> chosen = table_.dialogs().saveFile(choice);
+    if (!chosen) return;
+    const std::string error = hitlog_->saveHistory(withCsv(*chosen));
+    if (!error.empty()) table_.dialogs().message(error);
+}
+
+QWidget* VirtualControlWindow::buildLogSetupTab()
+{
+    auto* page = new QWidget;
+    page->setObjectName("Log Setup");
+    auto* layout = new QGridLayout(page);
+
+    check3_ = new QCheckBox("Log History Data to disk:", page);
+    check3_->setObjectName("Check3");
+    connect(check3_, &QCheckBox::toggled, this, &VirtualControlWindow::logToDisk);
+    layout->addWidget(check3_, 0, 0);
+    label18_ = new QLabel(toQt(hitlog_->logname), page);
+    label18_->setObjectName("Label18");
+    label18_->setFrameShape(QFrame::StyledPanel);
+    label18_->setFrameShadow(QFrame::Sunken);
+    label18_->setMinimumWidth(260);
+    layout->addWidget(label18_, 0, 1);
+    auto* name = button("Log file...", "Command2", page);
+    connect(name, &QPushButton::clicked, this, &VirtualControlWindow::chooseLogName);
+    layout->addWidget(name, 0, 2);
+
+    const HitLogOptions& o = hitlog_->options;
+    auto tick = [this, page](int index, const char* caption, const char* objectName, bool on) {
+        auto* box = new QCheckBox(caption, page);
+        box->setObjectName(objectName);
+        box->setChecked(on);
+        connect(box, &QCheckBox::toggled, this, [this] {
+            HitLogOptions& options = hitlog_->options;
+            options.onlyNew = logOptions_[0]->isChecked();
+            options.lockoutIdSearch = logOptions_[1]->isChecked();
+            options.lockoutSearch = logOptions_[2]->isChecked();
+            options.resumeIdSearch = logOptions_[3]->isChecked();
+            options.resumeSearch = logOptions_[4]->isChecked();
+        });
+        logOptions_[index] = box;
+        return box;
+    };
+    layout->addWidget(tick(0, "Only Log new frequencies / trunk id's", "Check4", o.onlyNew), 1, 0, 1, 3);
+
+    auto* lockout = new QGroupBox("Auto Lockout after logged:", page);
+    auto* lockoutRows = new QVBoxLayout(lockout);
+    lockoutRows->addWidget(tick(1, "in Trunk ID search mode", "Check7", o.lockoutIdSearch));
+    lockoutRows->addWidget(tick(2, "in Search mode", "Check8", o.lockoutSearch));
+    layout->addWidget(lockout, 2, 0);
+    auto* resume = new QGroupBox("Auto Resume after logged:", page);
+    auto* resumeRows = new QVBoxLayout(resume);
+    resumeRows->addWidget(tick(3, "in Trunk ID search mode", "Check9", o.resumeIdSearch));
+    resumeRows->addWidget(tick(4, "in Search mode", "Check10", o.resumeSearch));
+    layout->addWidget(resume, 2, 1, 1, 2);
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(3, 1);
+    return page;
+}
+
+void VirtualControlWindow::logToDisk(bool on)
+{
+    // A file that cannot be opened leaves the box ticked: the lines are lost,
+    // as a failed write loses them.
+    if (!hitlog_->setLogging(on))
+        label22_->setText(QString("Cannot open the log file %1").arg(toQt(hitlog_->logname)));
+}
+
+void VirtualControlWindow::chooseLogName()
+{
+    FileChoice choice;
+    choice.title = "Log file";
+    choice.filter = kCsvFilter;
+    const std::filesystem::path current(hitlog_->logname);
+    choice.folder = current.parent_path().string();
+    choice.name = current.filename().string();
+    const std::optional<std::string> chosen = table_.dialogs().saveFile(choice);
+    if (!chosen) return;
+    hitlog_->logname = withCsv(*chosen);
+    label18_->setText(toQt(hitlog_->logname));
+}
+
+QWidget* VirtualControlWindow::buildAudioSetupTab()
+{
+    auto* page = new QWidget;
+    page->setObjectName("Audio Setup");
+    auto* layout = new QGridLayout(page);
+
+    auto* quality = new QGroupBox("Audio Quality:", page);
+    auto* qualityRows = new QVBoxLayout(quality);
+    auto* qualityGroup = new QButtonGroup(page);
+    const char* qualities[2] = {"Low", "Medium"};
+    for (int i = 0; i < 2; ++i) {
+        option1_[i] = new QRadioButton(qualities[i], quality);
+        option1_[i]->setObjectName("Option1");
+        option1_[i]->setProperty("index", i);
+        qualityGroup->addButton(option1_[i], i);
+        qualityRows->addWidget(option1_[i]);
+    }
+    connect(qualityGroup, &QButtonGroup::idClicked, this, [this](int id) { audio_->setQuality(id); });
+    layout->addWidget(quality, 0, 0);
+
+    auto* trigger = new QGroupBox("Recording Trigger:", page);
+    auto* triggerRows = new QVBoxLayout(trigger);
+    auto* triggerGroup = new QButtonGroup(page);
+    const char* triggers[2] = {"Automatically start when BUSY is shown", "Manual Control"};
+    for (int i = 0; i < 2; ++i) {
+        option2_[i] = new QRadioButton(triggers[i], trigger);
+        option2_[i]->setObjectName("Option2");
+        option2_[i]->setProperty("index", i);
+        triggerGroup->addButton(option2_[i], i);
+        triggerRows->addWidget(option2_[i]);
+    }
+    connect(triggerGroup, &QButtonGroup::idClicked, this, [this](int id) { audio_->setTrigger(id); });
+    layout->addWidget(trigger, 0, 1);
+
+    auto* delayRow = new QHBoxLayout;
+    delayRow->addWidget(new QLabel("Post busy delay before saving:", page));
+    hscroll1_ = new QSlider(Qt::Horizontal, page);
+    hscroll1_->setObjectName("HScroll1");
+    hscroll1_->setRange(AudioRecorder::kMinDelayMs, AudioRecorder::kMaxDelayMs);
+    connect(hscroll1_, &QSlider::valueChanged, this, [this](int ms) {
+        audio_->setDelay(ms);
+        audiodel_->setText(QString("%1 ms").arg(ms));
+    });
+    delayRow->addWidget(hscroll1_, 1);
+    audiodel_ = new QLabel(page);
+    audiodel_->setObjectName("audiodel");
+    audiodel_->setMinimumWidth(60);
+    delayRow->addWidget(audiodel_);
+    layout->addLayout(delayRow, 1, 0, 1, 2);
+
+    auto* folderRow = new QHBoxLayout;
+    audioFolder_ = new QLabel(page);
+    audioFolder_->setObjectName("audiopath");
+    audioFolder_->setFrameShape(QFrame::StyledPanel);
+    audioFolder_->setFrameShadow(QFrame::Sunken);
+    folderRow->addWidget(audioFolder_, 1);
+    auto* choose = button("Choose a folder...", "Command11", page);
+    connect(choose, &QPushButton::clicked, this, &VirtualControlWindow::chooseAudioFolder);
+    folderRow->addWidget(choose);
+    layout->addLayout(folderRow, 2, 0, 1, 2);
+
+    auto* selected = new QGroupBox("Record selected memory channels:", page);
+    auto* selectedRow = new QHBoxLayout(selected);
+    check11_ = new QCheckBox("Use Record Out parameter", selected);
+    check11_->setObjectName("Check11");
+    connect(check11_, &QCheckBox::toggled, this, [this](bool on) { audio_->setRecordOut(on); });
+    selectedRow->addWidget(check11_);
+    const char* names[4] = {"Text11", "Text13", "Text14", "Text15"};
+    const char* tips[4] = {"Channel", "Bank", "Row", "Record"};
+    for (int i = 0; i < 4; ++i) {
+        recordOut_[i] = new QLineEdit(selected);
+        recordOut_[i]->setObjectName(names[i]);
+        recordOut_[i]->setToolTip(tips[i]);
+        recordOut_[i]->setReadOnly(true);
+        recordOut_[i]->setMaximumWidth(50);
+        selectedRow->addWidget(recordOut_[i]);
+    }
+    selectedRow->addStretch(1);
+    layout->addWidget(selected, 3, 0, 1, 2);
+    layout->setRowStretch(4, 1);
+    return page;
+}
+
+void VirtualControlWindow::chooseAudioFolder()
+{
+    const std::optional<std::string> chosen =
+        table_.dialogs().chooseFolder("Choose a folder:", audio_->folder().string());
+    if (!chosen) return;
+    audio_->setAudioPath(*chosen);
+    showAudio();
+}
+
+QWidget* VirtualControlWindow::buildAudioRecTab()
+{
+    auto* page = new QWidget;
+    page->setObjectName("Audio Rec.");
+    auto* layout = new QGridLayout(page);
+
+    auto* onOff = new QHBoxLayout;
+    command4_ = button("Start", "Command4", page);
+    connect(command4_, &QPushButton::clicked, this, [this] { audio_->startButton(); });
+    command5_ = button("Stop", "Command5", page);
+    connect(command5_, &QPushButton::clicked, this, [this] { audio_->stopButton(); });
+    onOff->addWidget(command4_);
+    onOff->addWidget(command5_);
+    onOff->addStretch(1);
+    layout->addLayout(onOff, 0, 0, 1, 3);
+
+    cmdRecord_ = button("Record", "cmdRecord", page);
+    cmdRecord_->setToolTip("Start recording immediate");
+    connect(cmdRecord_, &QPushButton::clicked, this, [this] { audio_->record(); });
+    cmdSave_ = button("Save", "cmdSave", page);
+    cmdSave_->setToolTip("Save the recording as as WAV file");
+    connect(cmdSave_, &QPushButton::clicked, this, [this] { audio_->save(); });
+    auto* reset = button("Reset", "cmdReset", page);
+    reset->setToolTip("To start a new recording and adjusting all settings");
+    connect(reset, &QPushButton::clicked, this, [this] { audio_->reset(); });
+    layout->addWidget(cmdRecord_, 1, 0);
+    layout->addWidget(cmdSave_, 1, 1);
+    layout->addWidget(reset, 1, 2);
+
+    auto label = [page](const char* name, const char* tip) {
+        auto* l = new QLabel(page);
+        l->setObjectName(name);
+        l->setToolTip(tip);
+        l->setFrameShape(QFrame::StyledPanel);
+        l->setFrameShadow(QFrame::Sunken);
+        l->setMinimumHeight(22);
+        return l;
+    };
+    label27_ = label("Label27", "");
+    label28_ = label("Label28", "Frequency");
+    label29_ = label("Label29", "Trunk ID");
+    layout->addWidget(label27_, 2, 0);
+    layout->addWidget(label28_, 2, 1);
+    layout->addWidget(label29_, 2, 2);
+    layout->setRowStretch(3, 1);
+    return page;
+}
+
+void VirtualControlWindow::showAudio()
+{
+    // Shown without running the controls' own changes again.
+    const AudioRecorder& a = *audio_;
+    for (int i = 0; i < 2; ++i) {
+        option1_[i]->setChecked(a.quality() == i);
+        option2_[i]->setChecked(a.trigger() == i);
+    }
+    {
+        const QSignalBlocker quiet(hscroll1_);
+        hscroll1_->setValue(a.delay());
+    }
+    audiodel_->setText(QString("%1 ms").arg(a.delay()));
+    audioFolder_->setText(QString::fromStdString(a.folder().string()));
+    {
+        const QSignalBlocker quiet(check11_);
+        check11_->setChecked(a.recordOutOn());
+    }
+    const AudioRecorder::RecordOut& out = a.recordOut();
+    recordOut_[0]->setText(QString::number(out.channel));
+    recordOut_[1]->setText(QString::number(out.bank));
+    recordOut_[2]->setText(QString::number(out.row));
+    recordOut_[3]->setText(toQt(out.value));
+    arOn_->setChecked(a.recordingOn());
+    command4_->setEnabled(a.startEnabled());
+    command5_->setEnabled(a.stopEnabled());
+    cmdRecord_->setEnabled(a.recordEnabled());
+    cmdSave_->setEnabled(a.saveEnabled());
+    label27_->setText(toQt(a.label27()));
+    label28_->setText(toQt(a.label28()));
+    label29_->setText(toQt(a.label29()));
+}
+
+void VirtualControlWindow::storeTabs()
+{
+    hitlog_->options.toIni(vfo_);
+    vfo_.filename = hitlog_->logname;
+    vfo_.audiopath = audio_->audioPath();
+    vfo_.option[7] = audio_->recordOutOn() ? 1 : 0;
+}
 
 QWidget* VirtualControlWindow::buildLaterTab(const char* name, const char* what)
 {

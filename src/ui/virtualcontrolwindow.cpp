@@ -2,6 +2,7 @@
 
 #include "core/text.h"
 #include "platform/qt/qtext.h"
+#include "platform/qt/qtrecorder.h"
 #include "ui/statuswindow.h"
 #include "ui/widgets/lcdpanel.h"
 #include "ui/widgets/panelkey.h"
@@ -22,6 +23,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <chrono>
 
 namespace kestra {
 
@@ -75,7 +77,8 @@ void LcdLook::save(ProfileStore& profile) const
     for (int i = 0; i < 4; ++i) profile.set(kSection, "color" + std::to_string(i + 1), std::to_string(color[i]));
 }
 
-VirtualControlWindow::VirtualControlWindow(MemTable& table, std::unique_ptr<SerialPort> port, QWidget* parent)
+VirtualControlWindow::VirtualControlWindow(MemTable& table, std::unique_ptr<SerialPort> port, Recorder* recorder,
+                                           QWidget* parent)
     : QMainWindow(parent), table_(table)
 {
     setObjectName("lcd2");
@@ -106,6 +109,26 @@ VirtualControlWindow::VirtualControlWindow(MemTable& table, std::unique_ptr<Seri
     loop_->hooks.closedDuringWait = [this] { setWindowTitle(kBusyCaption); };
 
     Scheduler& scheduler = table_.scheduler();
+    opened_ = localNow();
+    openedMs_ = scheduler.now();
+    // The hit log sees the loop's display after the panel has taken it.
+    hitlog_ = std::make_unique<HitLog>(
+        table_.doc(), [this](const std::string& command) { if (!closed_) loop_->send(command); },
+        [this] { return now(); });
+    hitlog_->options = HitLogOptions::fromIni(vfo_);
+    hitlog_->logname = vfo_.filename;
+    hitlog_->onHit = [this](const std::string&) { showHistory(); };
+    hitlog_->attach(scheduler, *loop_);
+    if (!recorder) {
+        ownRecorder_ = std::make_unique<QtRecorder>();
+        recorder = ownRecorder_.get();
+    }
+    audio_ = std::make_unique<AudioRecorder>(scheduler, table_.dialogs(), *recorder, loop_->state(), table_.doc(),
+                                             table_.folder().path(), [this] { return now(); });
+    audio_->setAudioPath(vfo_.audiopath);
+    audio_->setRecordOut(vfo_.option[7] != 0);
+    audio_->changed = [this] { showAudio(); };
+
     lijnknip1_ = makeTimer(scheduler, kBlinkMs, false, [this] { lcd_->blink(); });
     timer11_ = makeTimer(scheduler, kKnobTickMs, false, [this] { knobTick(false); });
     timer7_ = makeTimer(scheduler, kKnobTickMs, false, [this] { knobTick(true); });
@@ -119,6 +142,7 @@ VirtualControlWindow::VirtualControlWindow(MemTable& table, std::unique_ptr<Seri
     applyLook();
     fontTabFromLook();
     applyPanel();
+    showAudio();
 }
 
 VirtualControlWindow::~VirtualControlWindow()
@@ -135,6 +159,16 @@ void VirtualControlWindow::buildFrame()
     QAction* exit = file->addAction("E&xit");
     exit->setObjectName("file_exit");
     connect(exit, &QAction::triggered, this, &QWidget::close);
+    QMenu* audio = menuBar()->addMenu("&Audio");
+    audio->setObjectName("audio_menu");
+    arOn_ = audio->addAction("Audio Recording ON");
+    arOn_->setObjectName("ar_on");
+    arOn_->setCheckable(true);
+    // The click toggles the mark; the recorder says what it now is.
+    connect(arOn_, &QAction::triggered, this, [this] {
+        audio_->toggleRecordingOn();
+        showAudio();
+    });
 
     auto* central = new QWidget(this);
     auto* layout = new QVBoxLayout(central);
@@ -164,11 +198,11 @@ void VirtualControlWindow::buildFrame()
     // Eight tabs in a row across the fixed width.
     sstab1_->tabBar()->setStyleSheet("QTabBar::tab { padding: 4px 7px; }");
     sstab1_->addTab(buildKeyboardTab(), "Keyboard");
-    sstab1_->addTab(buildLaterTab("History", "The history of hits"), "History");
+    sstab1_->addTab(buildHistoryTab(), "History");
     sstab1_->addTab(buildLaterTab("Src Extender", "The Search Range Extender"), "Src Extender");
-    sstab1_->addTab(buildLaterTab("Log Setup", "Logging the hits to a file"), "Log Setup");
-    sstab1_->addTab(buildLaterTab("Audio Setup", "Recording the audio of the hits"), "Audio Setup");
-    sstab1_->addTab(buildLaterTab("Audio Rec.", "The list of recordings"), "Audio Rec.");
+    sstab1_->addTab(buildLogSetupTab(), "Log Setup");
+    sstab1_->addTab(buildAudioSetupTab(), "Audio Setup");
+    sstab1_->addTab(buildAudioRecTab(), "Audio Rec.");
     sstab1_->addTab(buildFontTab(), "Font");
     sstab1_->addTab(buildMiscTab(), "Misc.");
     layout->addWidget(sstab1_, 1);
@@ -240,12 +274,33 @@ void VirtualControlWindow::start()
     table_.vcrunning = true;
     lijnknip1_->setEnabled(true);
     autoResumeChanged();
+    audio_->load();
     ModelSwitches& model = table_.doc().model;
     const ModelSwitches before = model;
     loop_->open(table_.folder().path(), model);
     if (closed_) return;  // closed during the opening's waits
     if (!(model == before) && onModelChanged) onModelChanged();
     applyPanel();
+}
+
+DateTime VirtualControlWindow::now() const
+{
+    using namespace std::chrono;
+    const sys_days day = year_month_day{year{opened_.year}, month{static_cast<unsigned>(opened_.month)},
+                                        std::chrono::day{static_cast<unsigned>(opened_.day)}};
+    const sys_time<milliseconds> at = day + hours{opened_.hour} + minutes{opened_.minute} +
+                                      seconds{opened_.second} + milliseconds{table_.scheduler().now() - openedMs_};
+    const sys_days today = floor<days>(at);
+    const year_month_day date{today};
+    const hh_mm_ss<seconds> time{floor<seconds>(at - today)};
+    DateTime when;
+    when.year = static_cast<int>(date.year());
+    when.month = static_cast<int>(static_cast<unsigned>(date.month()));
+    when.day = static_cast<int>(static_cast<unsigned>(date.day()));
+    when.hour = static_cast<int>(time.hours().count());
+    when.minute = static_cast<int>(time.minutes().count());
+    when.second = static_cast<int>(time.seconds().count());
+    return when;
 }
 
 void VirtualControlWindow::runKey(const KeyAction& action)
@@ -377,6 +432,11 @@ void VirtualControlWindow::closeEvent(QCloseEvent* event)
     // The display's font and colours, and whether they are the user's own.
     look_.save(table_.profile());
     vfo_.custom = check6_->isChecked() ? 1 : 0;
+    // The log file closes, the recorder gives up what runs and writes audio.ini.
+    hitlog_->setLogging(false);
+    const std::string audioError = audio_->close();
+    if (!audioError.empty()) label22_->setText(toQt(audioError));
+    storeTabs();
     if (table_.settings().vpos == 1) storePlace();
     if (states2_) states2_->close();   // keeps its place in vfo_
     vfo_.save(table_.folder().path());

@@ -3,9 +3,12 @@
 // mirror of its four-line display with the signal meter and the Busy
 // indicator, the status line Label22 and the squelch-open counter Label23;
 // below, the tabs of SSTab1 with the keypad, the knob, direct tuning and Auto
-// Resume ("Keyboard"), the display font and colours ("Font") and the lists of
-// active banks ("Misc."). The window holds a ControlLoop of its own with its
-// own port: while it is open the main window's port actions refuse.
+// Resume ("Keyboard"), the hit history ("History") and what steers the hit
+// log ("Log Setup"), the audio recorder ("Audio Setup", "Audio Rec."), the
+// display font and colours ("Font") and the lists of active banks ("Misc.").
+// The window holds a ControlLoop of its own with its own port: while it is
+// open the main window's port actions refuse. It also holds the HitLog on
+// that loop and the AudioRecorder over a sound capture device.
 //
 // Minimised, with the setting vcstat, the small status window states2 stands
 // in for it. vfo.ini is read when the window is made and written when it
@@ -17,9 +20,12 @@
 
 #include "core/memtable.h"
 #include "platform/profilestore.h"
+#include "platform/recorder.h"
 #include "platform/serialport.h"
 #include "ui/statuswindow.h"
+#include "vcontrol/audiorecorder.h"
 #include "vcontrol/controlloop.h"
+#include "vcontrol/hitlog.h"
 #include "vcontrol/vfoini.h"
 
 #include <QColor>
@@ -27,6 +33,7 @@
 #include <QPointer>
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -37,8 +44,13 @@ class QFrame;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
+class QAction;
+class QButtonGroup;
 class QPushButton;
+class QRadioButton;
+class QSlider;
 class QTabWidget;
+class QTableWidget;
 
 namespace kestra {
 
@@ -81,7 +93,10 @@ public:
 
     // port: the window's own port object (the number and speed come from the
     // table's com settings); null when the number is bound to nothing.
-    VirtualControlWindow(MemTable& table, std::unique_ptr<SerialPort> port, QWidget* parent = nullptr);
+    // recorder: the sound capture device of the recorder, which must outlive
+    // the window; null gives the window the system's own.
+    VirtualControlWindow(MemTable& table, std::unique_ptr<SerialPort> port, Recorder* recorder = nullptr,
+                         QWidget* parent = nullptr);
     ~VirtualControlWindow() override;
 
     // Load: vcrunning set, then the link opened (the opening commands, the
@@ -98,6 +113,8 @@ public:
     bool closed() const { return closed_; }
 
     ControlLoop& loop() { return *loop_; }
+    HitLog& hitLog() { return *hitlog_; }
+    AudioRecorder& audio() { return *audio_; }
     const VfoIni& vfo() const { return vfo_; }
 
     // The controls, for those who drive the window.
@@ -118,6 +135,11 @@ public:
     ToggleLetter* linkb1(int index) const { return index >= 0 && index < 130 ? linkb1_[index] : nullptr; }
     QFrame* optionOverlay() const { return picture23_; }
     StatusWindow* states2() const { return states2_; }
+    QTableWidget* loggrid() const { return loggrid_; }
+    QCheckBox* check3() const { return check3_; }
+    QLabel* label18() const { return label18_; }
+    QPushButton* command4() const { return command4_; }
+    QLabel* label27() const { return label27_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -153,8 +175,23 @@ private:
     bool directTuneKey(QKeyEvent* event);
     void autoResumeChanged();
 
+    // The time of a hit or a recording: the local date and time at the
+    // opening, moved on by the scheduler's clock.
+    DateTime now() const;
+
     // virtualcontroltabs.cpp
     QWidget* buildLaterTab(const char* name, const char* what);
+    QWidget* buildHistoryTab();
+    QWidget* buildLogSetupTab();
+    QWidget* buildAudioSetupTab();
+    QWidget* buildAudioRecTab();
+    void showHistory();
+    void saveHistoryAs();
+    void chooseLogName();
+    void logToDisk(bool on);
+    void chooseAudioFolder();
+    void showAudio();           // the recorder's labels, buttons and settings
+    void storeTabs();           // the tabs' settings into vfo_ at close
     QWidget* buildFontTab();
     QWidget* buildMiscTab();
     void fontTabFromLook();
@@ -169,7 +206,13 @@ private:
     VfoIni vfo_;
     LcdLook look_;
     LcdLook pendingLook_;   // the Font tab's choice until Apply
+    std::unique_ptr<Recorder> ownRecorder_;
     std::unique_ptr<ControlLoop> loop_;
+    // Both read the loop's state, so they go before it.
+    std::unique_ptr<HitLog> hitlog_;
+    std::unique_ptr<AudioRecorder> audio_;
+    DateTime opened_;
+    std::int64_t openedMs_ = 0;
     bool started_ = false;
     bool closed_ = false;
 
@@ -202,6 +245,29 @@ private:
     // Misc. tab
     std::array<ToggleLetter*, 130> linkb1_{};
     std::array<QGroupBox*, 3> activeFrames_{};   // search banks, scan banks, ID scan lists
+
+    // History and Log Setup tabs
+    QTableWidget* loggrid_ = nullptr;
+    QCheckBox* check3_ = nullptr;
+    std::array<QCheckBox*, 5> logOptions_{};   // Check4, Check7, Check8, Check9, Check10
+    QLabel* label18_ = nullptr;
+
+    // Audio Setup and Audio Rec. tabs
+    std::array<QRadioButton*, 2> option1_{};   // Audio Quality
+    std::array<QRadioButton*, 2> option2_{};   // Recording Trigger
+    QSlider* hscroll1_ = nullptr;
+    QLabel* audiodel_ = nullptr;
+    QLabel* audioFolder_ = nullptr;
+    QCheckBox* check11_ = nullptr;
+    std::array<QLineEdit*, 4> recordOut_{};    // Text11, Text13, Text14, Text15
+    QAction* arOn_ = nullptr;
+    QPushButton* command4_ = nullptr;
+    QPushButton* command5_ = nullptr;
+    QPushButton* cmdRecord_ = nullptr;
+    QPushButton* cmdSave_ = nullptr;
+    QLabel* label27_ = nullptr;
+    QLabel* label28_ = nullptr;
+    QLabel* label29_ = nullptr;
 
     QPointer<StatusWindow> states2_;
 };

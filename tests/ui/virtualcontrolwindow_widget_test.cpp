@@ -1,7 +1,7 @@
 // The Virtual Control window lcd2, opened from the main window on the built-in
 // virtual scanner in virtual time: how it takes the place of the editor and
-// gives it back, the keys and the knob on the wire, and the panel following
-// what the scanner shows.
+// gives it back, the keys and the knob on the wire, the panel following what
+// the scanner shows, and a transmission in the history, the log and a WAV file.
 
 // The scanner's headers come before Qt's: Qt's keyword macros would otherwise
 // reach into them.
@@ -14,13 +14,17 @@
 #include "ui/widgets/panelkey.h"
 #include "ui/widgets/tuningknob.h"
 
+#include "platform/fake/fakerecorder.h"
+
 #include "support/mainwindowrig.h"
 
 #include <QComboBox>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -81,6 +85,22 @@ protected:
         for (const std::string& c : sent)
             if (!polls.count(c)) keys.push_back(c);
         return keys;
+    }
+
+    // Bank 1 scanning, with channel 20 on 167.3500 on the air from the
+    // first second for eight seconds.
+    void airOnChannel20()
+    {
+        sim::VirtualScanner& radio = scanner();
+        sim::Channel& channel = radio.memory().channel(20);
+        channel.freq = 1673500;
+        channel.tag = "AMK OSL CH 2";
+        channel.lockout = false;
+        radio.memory().scanBanks[0] = true;
+        std::string error;
+        const auto air = sim::parseTrafficScript("1000,8000,ch=20\n", error);
+        ASSERT_TRUE(air) << error;
+        radio.setTraffic(sim::Traffic::scripted(*air));
     }
 
     std::vector<std::string> sent;
@@ -238,16 +258,7 @@ TEST_F(VirtualControlTest, ThePanelMirrorsATransmissionAndTheStatusWindowStandsI
     startWith();
     // The scanner scans bank 1, where channel 20 comes on the air a second
     // after it starts, for eight seconds.
-    sim::VirtualScanner& radio = scanner();
-    sim::Channel& channel = radio.memory().channel(20);
-    channel.freq = 1673500;
-    channel.tag = "AMK OSL CH 2";
-    channel.lockout = false;
-    radio.memory().scanBanks[0] = true;
-    std::string error;
-    const auto air = sim::parseTrafficScript("1000,8000,ch=20\n", error);
-    ASSERT_TRUE(air) << error;
-    radio.setTraffic(sim::Traffic::scripted(*air));
+    airOnChannel20();
 
     VirtualControlWindow* vc = open();
     ASSERT_NE(vc, nullptr);
@@ -298,6 +309,48 @@ TEST_F(VirtualControlTest, ThePanelMirrorsATransmissionAndTheStatusWindowStandsI
     const auto lines = fileLines("vfo.ini");
     EXPECT_EQ(lines.at(2), "left=600");
     EXPECT_EQ(lines.at(3), "top=750");
+}
+
+TEST_F(VirtualControlTest, ATransmissionGoesOnTopOfTheHistoryIntoTheLogAndIntoOneWavFile)
+{
+    startWith();
+    FakeRecorder recorder(scheduler);
+    window->setRecorder(&recorder);
+    airOnChannel20();
+
+    VirtualControlWindow* vc = open();
+    ASSERT_NE(vc, nullptr);
+    vc->check3()->setChecked(true);
+    QTest::mouseClick(vc->command4(), Qt::LeftButton);
+    run(4000);
+    EXPECT_EQ(vc->label27()->text(), "Recording");
+
+    // The transmission ends at nine seconds; after the post busy delay the
+    // recording is saved. The scanner scans on without a new hit.
+    run(8000);
+    EXPECT_TRUE(vc->label27()->text().isEmpty());
+    QTableWidget* grid = vc->loggrid();
+    ASSERT_NE(grid->item(0, 3), nullptr);
+    EXPECT_TRUE(grid->item(0, 3)->text().contains("167.3500")) << grid->item(0, 3)->text().toStdString();
+    EXPECT_EQ(grid->item(0, 0)->text().trimmed(), "SCAN");
+    EXPECT_EQ(grid->item(1, 3), nullptr);
+
+    vc->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    const auto log = fileLines("log.csv");
+    ASSERT_EQ(log.size(), 2u);
+    EXPECT_EQ(log[0], "KESTRA,Halvorn, Lowland");
+    EXPECT_EQ(log[1].rfind("SCAN , ", 0), 0u) << log[1];
+    EXPECT_NE(log[1].find("167.3500"), std::string::npos) << log[1];
+
+    std::vector<std::filesystem::path> wavs;
+    for (const auto& entry : std::filesystem::directory_iterator(dir.path() / "audio")) wavs.push_back(entry.path());
+    ASSERT_EQ(wavs.size(), 1u);
+    const std::string name = wavs[0].filename().string();
+    EXPECT_EQ(name.rfind("audio_", 0), 0u) << name;
+    EXPECT_NE(name.find("167.3500"), std::string::npos) << name;
+    EXPECT_EQ(wavs[0].extension(), ".wav");
+    EXPECT_GT(std::filesystem::file_size(wavs[0]), 44u);
 }
 
 } // namespace
