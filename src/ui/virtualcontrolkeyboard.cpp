@@ -23,6 +23,15 @@ namespace kestra {
 
 namespace {
 
+// The close grid a group of keys sits in.
+QGridLayout* keyGrid(QWidget* group)
+{
+    auto* grid = new QGridLayout(group);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(4);
+    return grid;
+}
+
 constexpr QSize kKeyA(82, 34);
 constexpr QSize kKeyB(44, 30);
 constexpr QSize kKeyC(62, 30);
@@ -56,9 +65,7 @@ QWidget* VirtualControlWindow::buildKeyboardTab()
 QWidget* VirtualControlWindow::buildGroupA(QWidget* parent)
 {
     auto* group = new QWidget(parent);
-    auto* grid = new QGridLayout(group);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(4);
+    QGridLayout* grid = keyGrid(group);
     for (int i = 0; i < 12; ++i) {
         auto* key = new PanelKey("Picture4", "Label1", i, true, group);
         key->setFixedSize(kKeyA);
@@ -80,9 +87,7 @@ QWidget* VirtualControlWindow::buildGroupA(QWidget* parent)
 QWidget* VirtualControlWindow::buildGroupB(QWidget* parent)
 {
     auto* group = new QWidget(parent);
-    auto* grid = new QGridLayout(group);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(4);
+    QGridLayout* grid = keyGrid(group);
     // The numeric pad: 1 2 3 / 4 5 6 / 7 8 9 / . 0 E
     const int places[12][2] = {{3, 1}, {0, 0}, {0, 1}, {0, 2}, {1, 0}, {1, 1},
                                {1, 2}, {2, 0}, {2, 1}, {2, 2}, {3, 2}, {3, 0}};
@@ -101,9 +106,7 @@ QWidget* VirtualControlWindow::buildGroupB(QWidget* parent)
 QWidget* VirtualControlWindow::buildGroupC(QWidget* parent)
 {
     auto* group = new QWidget(parent);
-    auto* grid = new QGridLayout(group);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(4);
+    QGridLayout* grid = keyGrid(group);
     // DOWN UP / PRI LIGHT / MODE CLR / CH/FREQ / V UP V DOWN; index 3 is the Busy indicator.
     const int places[10][2] = {{0, 0}, {1, 0}, {1, 1}, {-1, -1}, {2, 0}, {0, 1}, {2, 1}, {3, 0}, {4, 0}, {4, 1}};
     for (int i = 0; i < 10; ++i) {
