@@ -1,5 +1,7 @@
 #include "sim/traffic.h"
 
+#include "core/cellcodes.h"
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -39,6 +41,14 @@ std::optional<Freq> megahertz(std::string_view text)
     return f;
 }
 
+// "name=value" split at the first "=".
+std::pair<std::string_view, std::string_view> item(std::string_view text)
+{
+    const auto equals = text.find('=');
+    if (equals == std::string_view::npos) return {text, {}};
+    return {text.substr(0, equals), text.substr(equals + 1)};
+}
+
 // Every transmission of random activity lasts one to five seconds.
 constexpr std::int64_t kShortestMs = 1000;
 constexpr std::int64_t kLongestMs = 5000;
@@ -51,7 +61,8 @@ Freq Transmission::frequency(const ScannerMemory& memory) const
     switch (kind) {
     case Kind::Channel: return channel >= 1 && channel <= kChannels ? memory.channel(channel).freq : 0;
     case Kind::Frequency: return freq;
-    case Kind::Id: return 0;
+    case Kind::Id:
+    case Kind::Keys: return 0;
     }
     return 0;
 }
@@ -112,20 +123,24 @@ std::optional<std::vector<Transmission>> parseTrafficScript(std::string_view tex
             error = "line " + std::to_string(number) + ": " + why;
             return std::nullopt;
         };
-        const auto first = line.find(','), second = first == std::string_view::npos ? first : line.find(',', first + 1);
-        if (second == std::string_view::npos || line.find(',', second + 1) != std::string_view::npos)
-            return fail("expected START_MS,DURATION_MS,WHAT, got \"" + std::string(line) + "\"");
+        std::vector<std::string_view> fields;
+        for (std::string_view rest = line;;) {
+            const auto comma = rest.find(',');
+            fields.push_back(trimmed(rest.substr(0, comma)));
+            if (comma == std::string_view::npos) break;
+            rest = rest.substr(comma + 1);
+        }
+        if (fields.size() != 3 && fields.size() != 4)
+            return fail("expected START_MS,DURATION_MS,WHAT[,TONE], got \"" + std::string(line) + "\"");
         Transmission t;
-        const auto start = wholeMs(trimmed(line.substr(0, first)));
-        const auto duration = wholeMs(trimmed(line.substr(first + 1, second - first - 1)));
+        const auto start = wholeMs(fields[0]);
+        const auto duration = wholeMs(fields[1]);
         if (!start) return fail("the start is not a number of milliseconds");
-        if (!duration || *duration == 0) return fail("the duration is not a number of milliseconds above 0");
+        const auto [name, value] = item(fields[2]);
+        if (!duration || (*duration == 0 && name != "keys"))
+            return fail("the duration is not a number of milliseconds above 0");
         t.startMs = *start;
         t.durationMs = *duration;
-        const std::string_view what = trimmed(line.substr(second + 1));
-        const auto equals = what.find('=');
-        const std::string_view name = what.substr(0, equals);
-        const std::string_view value = equals == std::string_view::npos ? std::string_view() : what.substr(equals + 1);
         if (name == "ch") {
             const auto n = wholeMs(value);
             if (!n || *n < 1 || *n > kChannels) return fail("ch= takes a channel from 1 to 1000");
@@ -142,8 +157,33 @@ std::optional<std::vector<Transmission>> parseTrafficScript(std::string_view tex
                 return fail("id= takes an ID of one to eight characters without blanks");
             t.kind = Transmission::Kind::Id;
             t.id = std::string(value);
+        } else if (name == "keys") {
+            t.kind = Transmission::Kind::Keys;
+            t.durationMs = 0;
+            for (std::string_view rest = value;;) {
+                const auto semicolon = rest.find(';');
+                const std::string_view key = trimmed(rest.substr(0, semicolon));
+                if (key.size() < 2 || key.size() > 4 || key[0] < '0' || key[0] > '1' || key[1] < '0' || key[1] > '9')
+                    return fail("keys= takes KEY arguments separated by \";\", such as keys=07;02 5;04");
+                t.keys.emplace_back(key);
+                if (semicolon == std::string_view::npos) break;
+                rest = rest.substr(semicolon + 1);
+            }
         } else {
-            return fail("WHAT is ch=N, f=MHZ or id=ID, not \"" + std::string(what) + "\"");
+            return fail("WHAT is ch=N, f=MHZ, id=ID or keys=K;K, not \"" + std::string(fields[2]) + "\"");
+        }
+        if (fields.size() == 4) {
+            const auto [toneName, toneValue] = item(fields[3]);
+            const ToneTables& tables = toneTables();
+            const auto known = [&](const auto& table, std::size_t count) {
+                for (std::size_t i = 0; i < count; ++i)
+                    if (!table[i].empty() && table[i].back() != '-' && table[i] == toneValue) return true;
+                return false;
+            };
+            if (t.kind == Transmission::Kind::Keys) return fail("key presses carry no tone");
+            if (toneName == "ctcss" && known(tables.ctcss, std::size(tables.ctcss))) t.ctcss = std::string(toneValue);
+            else if (toneName == "dcs" && known(tables.dcs, std::size(tables.dcs))) t.dcs = std::string(toneValue);
+            else return fail("TONE is ctcss=HZ or dcs=CODE of the scanner's tables, not \"" + std::string(fields[3]) + "\"");
         }
         // A signal of its own for each line, the same every time.
         t.signal = 60 + static_cast<int>((static_cast<std::uint64_t>(number) * 2654435761u + t.startMs) % 190);
@@ -276,6 +316,15 @@ void Traffic::drawUntil(std::int64_t ms, const ScannerMemory& memory)
         const auto meanGap = static_cast<std::int64_t>(static_cast<double>(kMeanMs) * (1.0 - activity_->busy) / activity_->busy);
         nextDrawMs_ = start + length + random_.between(0, 2 * meanGap);
     }
+}
+
+std::vector<std::string> Traffic::pressesUntil(std::int64_t ms)
+{
+    std::vector<std::string> keys;
+    for (; pressed_ < script_.size() && script_[pressed_].startMs <= ms; ++pressed_)
+        if (script_[pressed_].kind == Transmission::Kind::Keys)
+            keys.insert(keys.end(), script_[pressed_].keys.begin(), script_[pressed_].keys.end());
+    return keys;
 }
 
 std::vector<const Transmission*> Traffic::onAir(std::int64_t ms, const ScannerMemory& memory)

@@ -5,10 +5,15 @@
 // drawn from a seed, which repeats exactly for the same seed and the same
 // memory. Times are milliseconds since the traffic began.
 //
-// Script lines: START_MS,DURATION_MS,WHAT with WHAT one of
+// Script lines: START_MS,DURATION_MS,WHAT[,TONE] with WHAT one of
 //   ch=N       channel N (1..1000): whatever that channel is programmed to
 //   f=MHZ      a frequency, e.g. f=155.4750
 //   id=ID      a talkgroup or unit ID in the form its trunk bank keeps it
+// and TONE the subtone the transmitter sends with it, ctcss=HZ (a tone of
+// the scanner's table, e.g. ctcss=123.0) or dcs=CODE (e.g. dcs=023).
+// A line START_MS,0,keys=K;K;... is the owner at the scanner's front panel:
+// at START_MS the keys K are pressed one after another, each written as the
+// KEY command names it ("07" HOLD, "02 5" the digit 5, "13H" TRUNK held).
 // Blank lines and lines starting with "#" are skipped.
 
 #include "sim/scannermemory.h"
@@ -22,7 +27,7 @@
 namespace kestra::sim {
 
 struct Transmission {
-    enum class Kind { Channel, Frequency, Id };
+    enum class Kind { Channel, Frequency, Id, Keys };
     std::int64_t startMs = 0;
     std::int64_t durationMs = 0;
     Kind kind = Kind::Channel;
@@ -32,6 +37,9 @@ struct Transmission {
     int bank = -1;       // Kind::Id: the trunk bank (0..9) it belongs to; -1 any bank that listens
     int signal = 0;      // 1..255, what SG reads while it is heard
     int voice = 0;       // Kind::Id: picks which frequency of the bank carries the call
+    std::string ctcss;   // the CTCSS tone sent along ("123.0"), or
+    std::string dcs;     // the DCS code sent along ("023")
+    std::vector<std::string> keys;  // Kind::Keys: the KEY arguments, in order
 
     std::int64_t endMs() const { return startMs + durationMs; }
     bool onAirAt(std::int64_t ms) const { return ms >= startMs && ms < endMs(); }
@@ -76,12 +84,15 @@ public:
     // channels, the IDs of its trunk banks, its search ranges); ms must not
     // go back. The pointers hold until the next call.
     std::vector<const Transmission*> onAir(std::int64_t ms, const ScannerMemory& memory);
+    // The key presses of the script due by ms and not yet taken, in order.
+    std::vector<std::string> pressesUntil(std::int64_t ms);
 
 private:
     void drawUntil(std::int64_t ms, const ScannerMemory& memory);
     std::optional<Transmission> draw(std::int64_t startMs, const ScannerMemory& memory);
 
     std::vector<Transmission> script_;  // by start time
+    std::size_t pressed_ = 0;           // the key lines of the script already taken
     std::optional<Activity> activity_;
     SplitMix64 random_;
     std::optional<Transmission> drawn_;  // the last random transmission

@@ -47,7 +47,9 @@ enum class Mode {
 
 struct Reception {
     bool squelchOpen = false;
-    int signal = 0;  // 0..255
+    int signal = 0;     // 0..255
+    std::string ctcss;  // the CTCSS tone or DCS code heard with it, if any
+    std::string dcs;
 };
 
 class VirtualScanner {
@@ -127,7 +129,7 @@ private:
     enum class Phase { Moving, Receiving, Lingering };  // Lingering: the delay after a transmission
     void tick();
     // delayCode: a channel's or trunk bank's delay; -1 to linger lingerMs instead.
-    void follow(bool hears, int signal, int delayCode, std::int64_t lingerMs);
+    void follow(const Reception& heard, int delayCode, std::int64_t lingerMs);
     void resume();
     void moveOn(std::int64_t ticks);
     void scanOn();
@@ -139,9 +141,13 @@ private:
     void afterCommand(Mode before);
     void show();
     void takeAir();
-    // The strongest transmission heard by a receiver tuned there with that step; 0 for none.
-    int heardOn(Freq f, long long stepHz) const;
-    int heardOnHz(long long hz, long long stepHz) const;
+    // The strongest transmission the receiver hears there, or none.
+    const Transmission* strongestOnHz(long long hz, long long stepHz) const;
+    // Reception of what a channel or search step hears now, subtone and all.
+    Reception receptionOnHz(long long hz, long long stepHz) const;
+    // The owner's key presses of the script that are due.
+    void pressScriptKeys();
+    void showSubtone(Screen& s) const;
     int heardId(const std::string& id) const;
     bool catchId();  // a call to stop on in the ID scan or search
 

@@ -334,7 +334,21 @@ Screen VirtualScanner::channelScreen(bool stopped) const
     }
     s.text[2] = lcdText(ch.tag);
     s.text[3] = lcdText(memory_.bankTags[bankOf(channel_)]);
+    showSubtone(s);
     return s;
+}
+
+// A subtone heard with the transmission takes line 3, the found value
+// inverted: "  CTCSS 123.0" or "  DCS   023".
+void VirtualScanner::showSubtone(Screen& s) const
+{
+    if (!reception_.squelchOpen) return;
+    const std::string& value = reception_.ctcss.empty() ? reception_.dcs : reception_.ctcss;
+    if (value.empty()) return;
+    const std::string word = reception_.ctcss.empty() ? "DCS  " : "CTCSS";
+    const std::string marks(reception_.ctcss.empty() ? 3 : 5, '#');
+    s.text[2] = lcdText("  " + word + " " + value);
+    s.attr[2] = lcdText("  " + marks + std::string(word.size() - marks.size() + 1, ' ') + std::string(value.size(), '#'));
 }
 
 // The forms of the display:
@@ -390,6 +404,7 @@ Screen VirtualScanner::modeScreen() const
         s.text[1] = lcdText(displayFreq(f) + " " + displayMode(m));
         s.text[2] = lcdText("Range " + twoDigits(range_ + 1));
         s.text[3] = lcdText(range.tag);
+        showSubtone(s);
         break;
     }
     default:  // the service search

@@ -77,6 +77,7 @@ void VirtualScanner::advanceTo(std::int64_t ms)
         }
         now_ = nextTick_;
         nextTick_ += kTickMs;
+        pressScriptKeys();
         tick();
         show();
     }
@@ -119,23 +120,33 @@ void VirtualScanner::takeAir()
 
 // ---- hearing ---------------------------------------------------------------------------
 
-int VirtualScanner::heardOn(Freq f, long long stepHz) const
+const Transmission* VirtualScanner::strongestOnHz(long long hz, long long stepHz) const
 {
-    if (f == 0) return 0;
-    return heardOnHz(static_cast<long long>(f) * 100, stepHz);
-}
-
-int VirtualScanner::heardOnHz(long long hz, long long stepHz) const
-{
-    int best = 0;
+    const Transmission* best = nullptr;
     for (const Transmission* t : air_) {
         const Freq f = t->frequency(memory_);
         if (f == 0) continue;
         // The nearest step takes it, and only that one.
         const long long twice = 2 * (static_cast<long long>(f) * 100 - hz);
-        if (twice >= -stepHz && twice < stepHz) best = std::max(best, t->signal);
+        if (twice >= -stepHz && twice < stepHz && (!best || t->signal > best->signal)) best = t;
     }
     return best;
+}
+
+Reception VirtualScanner::receptionOnHz(long long hz, long long stepHz) const
+{
+    const Transmission* t = hz > 0 ? strongestOnHz(hz, stepHz) : nullptr;
+    if (!t) return {};
+    return Reception{true, t->signal, t->ctcss, t->dcs};
+}
+
+void VirtualScanner::pressScriptKeys()
+{
+    for (const std::string& key : traffic_.pressesUntil(now_ - trafficOriginMs_)) {
+        const Mode before = mode_;
+        keyCommand(key);
+        afterCommand(before);
+    }
 }
 
 int VirtualScanner::heardId(const std::string& id) const
@@ -287,8 +298,9 @@ void VirtualScanner::resume()
 
 // Stopped on something: stay while it is heard, linger for the delay once it
 // ends, then move on.
-void VirtualScanner::follow(bool hears, int signal, int delayCode, std::int64_t lingerMs)
+void VirtualScanner::follow(const Reception& heard, int delayCode, std::int64_t lingerMs)
 {
+    const bool hears = heard.squelchOpen;
     const Linger linger = delayCode >= 0 ? lingerOf(delayCode) : Linger{lingerMs, 0};
     switch (phase_) {
     case Phase::Moving:
@@ -322,7 +334,7 @@ void VirtualScanner::follow(bool hears, int signal, int delayCode, std::int64_t 
         }
         break;
     }
-    reception_ = phase_ == Phase::Receiving ? Reception{true, signal} : Reception{};
+    reception_ = phase_ == Phase::Receiving ? heard : Reception{};
 }
 
 void VirtualScanner::tick()
@@ -334,13 +346,12 @@ void VirtualScanner::tick()
     }
     switch (mode_) {
     case Mode::Scan: {
-        const int signal = scannable(channel_) ? heardOn(current().freq, kChannelStepHz) : 0;
-        follow(signal > 0, signal, current().delay, 0);
+        const Reception heard = scannable(channel_) ? receptionOnHz(current().freq * 100LL, kChannelStepHz) : Reception{};
+        follow(heard, current().delay, 0);
         break;
     }
     case Mode::Search: {
-        const int signal = heardOnHz(searchHz_, searchStepHz());
-        follow(signal > 0, signal, -1, kSearchDelayMs);
+        follow(receptionOnHz(searchHz_, searchStepHz()), -1, kSearchDelayMs);
         break;
     }
     case Mode::IdScan:
@@ -348,10 +359,10 @@ void VirtualScanner::tick()
         if (phase_ == Phase::Moving && catchId()) {
             phase_ = Phase::Receiving;
             stoppedAtMs_ = now_;
-            reception_ = {true, heardId(heldId_)};
+            reception_ = {true, heardId(heldId_), {}, {}};
         } else if (phase_ != Phase::Moving) {
             const int signal = heardId(heldId_);
-            follow(signal > 0, signal, memory_.trunk[trunkBank_].delay, 0);
+            follow(Reception{signal > 0, signal, {}, {}}, memory_.trunk[trunkBank_].delay, 0);
         }
         break;
     default:
@@ -370,19 +381,21 @@ void VirtualScanner::listen()
         reception_ = {};
         return;
     }
-    int signal = 0;
     switch (mode_) {
-    case Mode::Manual: signal = heardOn(current().freq, kChannelStepHz); break;
-    case Mode::SearchHold: signal = heardOnHz(searchHz_, searchStepHz()); break;
+    case Mode::Manual: reception_ = receptionOnHz(current().freq * 100LL, kChannelStepHz); break;
+    case Mode::SearchHold: reception_ = receptionOnHz(searchHz_, searchStepHz()); break;
     case Mode::IdScanHold:
-    case Mode::IdSearchHold: signal = heardId(heldId_); break;
+    case Mode::IdSearchHold: {
+        const int signal = heardId(heldId_);
+        reception_ = Reception{signal > 0, signal, {}, {}};
+        break;
+    }
     case Mode::Service:
-    case Mode::ServiceHold: break;
+    case Mode::ServiceHold: reception_ = {}; break;
     default:
         if (phase_ == Phase::Moving) reception_ = {};
-        return;
+        break;
     }
-    reception_ = signal > 0 ? Reception{true, signal} : Reception{};
 }
 
 // A command that took the scanner to another mode starts it afresh there,

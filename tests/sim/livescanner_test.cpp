@@ -258,15 +258,20 @@ TEST(LiveScanner, ALongGapWithNothingOnTheAirEndsWhereTickByTickWould)
 TEST(LiveScanner, ScriptsAndActivityRefuseWhatTheyCannotRead)
 {
     std::string error;
-    const auto parsed = parseTrafficScript("0,100,ch=1\n\n# later\n250,40,f=851.0125\r\n300,10,id=i01234\n", error);
+    const auto parsed = parseTrafficScript(
+        "0,100,ch=1, ctcss=67.0\n\n# later\n250,40,f=851.0125,dcs=754\r\n300,10,id=i01234\n320,0,keys=07;02 5;13H\n", error);
     ASSERT_TRUE(parsed) << error;
-    ASSERT_EQ(parsed->size(), 3u);
+    ASSERT_EQ(parsed->size(), 4u);
+    EXPECT_EQ((*parsed)[0].ctcss, "67.0");
     EXPECT_EQ((*parsed)[1].freq, 8510125u);
+    EXPECT_EQ((*parsed)[1].dcs, "754");
     EXPECT_EQ((*parsed)[2].id, "i01234");
+    EXPECT_EQ((*parsed)[3].keys, (std::vector<std::string>{"07", "02 5", "13H"}));
     for (const auto& [text, line] : std::vector<std::pair<std::string, std::string>>{
              {"0,100,ch=1001", "line 1:"}, {"\n5,0,ch=3", "line 2:"}, {"1,1,f=600.0000", "line 1:"},
              {"1,1,f=155.47501", "line 1:"}, {"x,1,ch=3", "line 1:"}, {"1,1,ch=3,4", "line 1:"}, {"1,1,tg=5", "line 1:"},
-             {"1,1,id=", "line 1:"}}) {
+             {"1,1,id=", "line 1:"}, {"1,1,ch=3,ctcss=67", "line 1:"}, {"1,1,ch=3,dcs=023-", "line 1:"},
+             {"1,0,keys=07,ctcss=67.0", "line 1:"}, {"1,0,keys=7", "line 1:"}, {"1,0,ch=3", "line 1:"}}) {
         EXPECT_FALSE(parseTrafficScript(text, error)) << text;
         EXPECT_EQ(error.substr(0, line.size()), line) << text << ": " << error;
     }

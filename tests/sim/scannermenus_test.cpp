@@ -593,7 +593,7 @@ TEST(ScannerDisplay, StoppedOnATransmission)
     VirtualScanner s;
     sendAll(s, {"PM020 01673500", "TA C 020 AMK OSL CH 2", "TA B A BLAALYS", "KEY01"});
     s.scanTo(20);
-    s.setReception({true, 120});
+    s.setReception({true, 120, {}, {}});
     EXPECT_EQ(s.command("LCD"), "LCD1 [SCAN +   C 020  ][####            ]\r"
                                 "LCD2 [ 167.3500  FM   ][                ]\r"
                                 "LCD3 [AMK OSL CH 2    ][                ]\r"

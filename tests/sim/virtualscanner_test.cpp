@@ -111,7 +111,7 @@ TEST(VirtualScannerReplies, ModeAttenuatorSquelchSignalAndFrequency)
         expectReplies(s, {{rm, "OK"}, {"RM", rm}});
     }
     expectReplies(s, {{"ATN", "OK"}, {"AT", "ATN"}, {"ATF", "OK"}, {"AT", "ATF"}, {"SQ", "-"}});
-    s.setReception({true, 182});
+    s.setReception({true, 182, {}, {}});
     expectReplies(s, {{"SQ", "+"}, {"SG", "S182 F08594375"}, {"RF01560000", "OK"}, {"RF", "RF01560000"}});
     EXPECT_EQ(ask(s, "MA001").substr(0, 14), "C001 F01560000");
 }
