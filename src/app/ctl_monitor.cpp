@@ -1,4 +1,4 @@
-// kestractl monitor [--port P] [--duration S] [--dir FOLDER] [--log FILE.csv]
+// kestractl monitor [--port P] [--duration S] [--dir FOLDER] [--log FILE.csv] [--record DIR]
 //
 // The Virtual Control without a window: the same poll loop and decoder on the
 // scanner's port, printing one line per change of the scanner's state: the
@@ -9,6 +9,11 @@
 // --log: the hit log runs on the loop as in the window with "Log History Data
 // to disk:" ticked, writing its lines to FILE.csv (replaced), with the Log
 // Setup options of vfo.ini and the tags of lastused.sav in the folder.
+//
+// --record: the audio recorder runs as in the window with "Audio Recording
+// ON", one WAV file per transmission in DIR, in the quality and post busy
+// delay of audio.ini; each file saved is named on stderr. Without a capture
+// device it says so and the monitor goes on without recording.
 
 #include "kestractl.h"
 
@@ -18,9 +23,11 @@
 #include "platform/appfolder.h"
 #include "platform/fake/scripteddialogs.h"
 #include "platform/qt/qtprofilestore.h"
+#include "platform/qt/qtrecorder.h"
 #include "platform/qt/qtscheduler.h"
 #include "platform/qt/qtserialport.h"
 #include "sim/programports.h"
+#include "vcontrol/audiorecorder.h"
 #include "vcontrol/controlloop.h"
 #include "vcontrol/hitlog.h"
 #include "vcontrol/statereport.h"
@@ -46,16 +53,18 @@ int monitor(const Args& words)
 {
     Args args = words;
     std::vector<std::pair<std::string, std::string>> options;
-    if (!takeOptions(args, {"--port", "--duration", "--dir", "--log"}, {}, options)) return 2;
+    if (!takeOptions(args, {"--port", "--duration", "--dir", "--log", "--record"}, {}, options)) return 2;
     if (!args.empty()) return usage("monitor takes no " + args.front());
     std::filesystem::path folder = AppFolder::standard().path();
     std::string portText;
     std::string logFile;
+    std::string recordDir;
     double duration = 0;  // 0: until Ctrl+C
     for (const auto& [name, value] : options) {
         if (name == "--dir") folder = value;
         if (name == "--port") portText = value;
         if (name == "--log") logFile = value;
+        if (name == "--record") recordDir = value;
         if (name == "--duration") {
             duration = static_cast<double>(IntVal(value));
             if (value.find_first_not_of("0123456789") != std::string::npos || duration <= 0)
@@ -112,10 +121,12 @@ int monitor(const Args& words)
     loop.hooks.replyTaken = [&](int, const std::string&) { report(); };
 
     Document doc;
-    std::unique_ptr<HitLog> hits;
-    if (!logFile.empty()) {
+    if (!logFile.empty() || !recordDir.empty()) {
         std::string bytes;
         if (readFileBytes(folder / "lastused.sav", bytes)) readMem(doc, bytes, 0);
+    }
+    std::unique_ptr<HitLog> hits;
+    if (!logFile.empty()) {
         hits = std::make_unique<HitLog>(doc, [&loop](const std::string& command) { loop.send(command); }, localNow);
         hits->options = HitLogOptions::fromIni(vfo);
         hits->logname = cp1252FromUtf8(logFile);
@@ -125,6 +136,24 @@ int monitor(const Args& words)
         }
         hits->attach(scheduler, loop);
     }
+    QtRecorder capture;
+    std::unique_ptr<AudioRecorder> recorder;
+    if (!recordDir.empty() && !capture.hasDevice()) {
+        std::cerr << AudioRecorder::kNoDevice << '\n';
+    } else if (!recordDir.empty()) {
+        std::error_code error;
+        std::filesystem::create_directories(recordDir, error);
+        recorder = std::make_unique<AudioRecorder>(scheduler, dialogs, capture, loop.state(), doc, folder);
+        recorder->setAudioPath(cp1252FromUtf8(recordDir));
+        std::filesystem::path saved;
+        recorder->changed = [&] {
+            if (recorder->lastFile().empty() || recorder->lastFile() == saved) return;
+            saved = recorder->lastFile();
+            std::cerr << "recorded " << saved.string() << '\n';
+        };
+        recorder->load();
+        recorder->startButton();
+    }
 
     std::signal(SIGINT, onInterrupt);
     std::signal(SIGTERM, onInterrupt);
@@ -133,6 +162,10 @@ int monitor(const Args& words)
     const std::int64_t end = start + static_cast<std::int64_t>(duration * 1000);
     while (!interrupted && !loop.lost() && (duration <= 0 || scheduler.now() < end)) scheduler.wait(0.05);
     const bool lost = loop.lost();
+    if (recorder) {
+        recorder->stopButton();  // a transmission still being recorded is saved
+        recorder->close();
+    }
     loop.close();
     return lost ? 1 : 0;
 }

@@ -3,7 +3,8 @@
 // with subtones, and on the talkgroups of a trunk bank (the owner switches the
 // scanner to ID scan and back at the front panel) gives the hit log's lines
 // in order. Three runs side by side, about 70 s of real time: two alike,
-// whose files agree apart from the times, and one that logs only what is new.
+// whose files agree apart from the times (the first also records), and one
+// that logs only what is new.
 
 #include "core/text.h"
 #include "sim/documentmapping.h"
@@ -14,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <thread>
 
 namespace kestra::test {
@@ -103,7 +105,7 @@ std::vector<std::string> logged(const std::string& file)
     return lines;
 }
 
-std::vector<std::string> run(const TempDir& dir, bool onlyNew)
+std::vector<std::string> run(const TempDir& dir, bool onlyNew, bool record = false)
 {
     // The tags come from the document the program last had open.
     writeBytes(dir.path() / "in.mem", memory());
@@ -115,7 +117,8 @@ std::vector<std::string> run(const TempDir& dir, bool onlyNew)
                    dir.file("sim.err"));
     if (sim.device().empty()) return {};
     const std::string command = std::string(KESTRACTL_PATH) + " monitor --duration 70 --port " + sim.device() +
-                                " --dir " + dir.path().string() + " --log " + dir.file("hits.csv") + " >" +
+                                " --dir " + dir.path().string() + " --log " + dir.file("hits.csv") +
+                                (record ? " --record " + dir.file("rec") : "") + " >" +
                                 dir.file("monitor.out") + " 2>" + dir.file("monitor.err");
     EXPECT_EQ(std::system(command.c_str()), 0) << readBytes(dir.file("monitor.err"));
     sim.stop();
@@ -128,7 +131,7 @@ TEST(MonitorLog, TwentyTransmissionsGiveTheHitLogsLinesInOrder)
     std::vector<std::string> a, b, fresh;
     std::thread second([&] { b = run(dirB, false); });
     std::thread third([&] { fresh = run(dirNew, true); });
-    a = run(dirA, false);
+    a = run(dirA, false, true);
     second.join();
     third.join();
 
@@ -152,6 +155,18 @@ TEST(MonitorLog, TwentyTransmissionsGiveTheHitLogsLinesInOrder)
     EXPECT_EQ(a, b);
     // "Only Log new frequencies / trunk id's": each one once.
     EXPECT_EQ(fresh, (std::vector<std::string>{header, c3, c10, c17, tone17, c24, code24, c31, tone31, pd, fd, pw}));
+
+    // The first run also recorded: a WAV file a transmission where the machine
+    // can capture sound; where it cannot, the message and the log as above.
+    const std::string err = readBytes(dirA.file("monitor.err"));
+    if (err.find("No audio device, recording disabled") != std::string::npos) {
+        EXPECT_FALSE(std::filesystem::exists(dirA.path() / "rec" / "~capture.wav"));
+    } else {
+        int wavs = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(dirA.path() / "rec"))
+            wavs += entry.path().extension() == ".wav" && entry.path().filename() != "~capture.wav" ? 1 : 0;
+        EXPECT_EQ(wavs, 18) << err;  // the eighteen transmissions the scanner stopped on
+    }
 }
 
 } // namespace
