@@ -80,11 +80,13 @@ std::string HitLog::stamp(bool joinMode, const std::string& mode) const
 
 void HitLog::tick(DisplayState& state)
 {
-    if (!(Val(state.freqtext) > 0)) return;
-    frequencyHit(state);
-    trunkHit(state);
-    toneHit(state, 1);
-    toneHit(state, 2);
+    if (Val(state.freqtext) > 0) {
+        frequencyHit(state);
+        trunkHit(state);
+        toneHit(state, 1);
+        toneHit(state, 2);
+    }
+    activity.tick(state, nowMs());
 }
 
 void HitLog::moved()
@@ -225,6 +227,7 @@ void HitLog::addhit(const std::string& line)
         start = comma + 1;
     }
     histline_[1] = row;
+    activity.hit(line, nowMs());
     if (onHit) onHit(line);
 }
 
@@ -232,6 +235,7 @@ void HitLog::clear()
 {
     for (int r = 1; r <= kRows; ++r) histline_[r] = Row{};
     for (std::string& list : seenlist_) list.clear();
+    activity.clearRows();
 }
 
 bool HitLog::setLogging(bool on)
@@ -265,6 +269,7 @@ std::string HitLog::saveHistory(const std::filesystem::path& path) const
 
 void HitLog::attach(Scheduler& scheduler, ControlLoop& loop)
 {
+    nowMs = [&scheduler] { return scheduler.now(); };
     timer8_ = makeTimer(scheduler, kTickMs, false, [this, &loop] { tick(loop.state()); });
     timer8_->setEnabled(true);
     auto before = loop.hooks.displayChanged;

@@ -18,6 +18,7 @@
 
 #include "core/document.h"
 #include "editor/backup.h"
+#include "vcontrol/activity.h"
 #include "vcontrol/displaystate.h"
 #include "vcontrol/vfoini.h"
 
@@ -72,6 +73,10 @@ public:
     std::string logname;
     // Each line as addhit takes it (after the file has it).
     std::function<void(const std::string& line)> onHit;
+    // The durations, counts and recordings of the hits; its clock is the
+    // scheduler's once attached.
+    ActivityLog activity;
+    std::function<std::int64_t()> nowMs = [] { return std::int64_t{0}; };
 
     // Timer8: judges the state for a hit. Fills idtag from the trunk ID
     // lists, and writes the trimmed and padded ID back into trunkid.
