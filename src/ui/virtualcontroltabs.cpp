@@ -1,5 +1,5 @@
-// The Virtual Control's tabs beside the keyboard: "History" (the grid of
-// hits), "Log Setup" (what the hit log does and where it writes), "Audio
+// The Virtual Control's tabs beside the keyboard (the "History" tab has a
+// file of its own): "Log Setup" (what the hit log does and where it writes), "Audio
 // Setup" and "Audio Rec." (the recorder), "Font" (the display's font and
 // colours), "Misc." (the lists of active banks and the trunk lists), and the
 // tab whose work comes in a later version.
@@ -44,20 +44,6 @@ int firstOf(ActiveList list)
 
 constexpr int kTwipsPerPixel = 15;
 
-// The history grid's columns and their widths in units; the tenth, the date,
-// has no header text.
-constexpr const char* kHistoryCaptions[HitLog::kColumns] = {"-",    "Bank", "Channel", "Frequency", "ID",
-                                                            "Ctcss", "Dcs", "Time",    "Mode",      ""};
-constexpr int kHistoryWidths[HitLog::kColumns] = {800, 600, 900, 1000, 1000, 700, 550, 1400, 700, 1000};
-
-constexpr const char* kCsvFilter = "CSV Files|*.csv";
-
-std::string withCsv(std::string name)
-{
-    if (std::filesystem::path(name).extension().empty()) name += ".csv";
-    return name;
-}
-
 QPushButton* button(const char* caption, const char* name, QWidget* parent)
 {
     auto* b = new QPushButton(caption, parent);
@@ -66,68 +52,6 @@ QPushButton* button(const char* caption, const char* name, QWidget* parent)
 }
 
 } // namespace
-
-QWidget* VirtualControlWindow::buildHistoryTab()
-{
-    auto* page = new QWidget;
-    page->setObjectName("History");
-    auto* layout = new QVBoxLayout(page);
-    loggrid_ = new QTableWidget(HitLog::kRows, HitLog::kColumns, page);
-    loggrid_->setObjectName("loggrid");
-    loggrid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    loggrid_->verticalHeader()->hide();
-    loggrid_->verticalHeader()->setDefaultSectionSize(loggrid_->fontMetrics().height() + 4);
-    QStringList captions;
-    for (const char* caption : kHistoryCaptions) captions << caption;
-    loggrid_->setHorizontalHeaderLabels(captions);
-    for (int c = 0; c < HitLog::kColumns; ++c) loggrid_->setColumnWidth(c, kHistoryWidths[c] / kTwipsPerPixel);
-    layout->addWidget(loggrid_, 1);
-
-    auto* buttons = new QHBoxLayout;
-    auto* clear = button("Clear History", "Command13", page);
-    connect(clear, &QPushButton::clicked, this, [this] {
-        hitlog_->clear();
-        showHistory();
-    });
-    auto* save = button("Save current history", "Command1", page);
-    connect(save, &QPushButton::clicked, this, &VirtualControlWindow::saveHistoryAs);
-    buttons->addWidget(clear);
-    buttons->addWidget(save);
-    buttons->addStretch(1);
-    layout->addLayout(buttons);
-    showHistory();
-    return page;
-}
-
-void VirtualControlWindow::showHistory()
-{
-    // Row 1 of the history, the newest hit, is the grid's top row.
-    const auto& rows = hitlog_->histline();
-    for (int r = 1; r <= HitLog::kRows; ++r) {
-        for (int c = 0; c < HitLog::kColumns; ++c) {
-            const QString text = toQt(rows[r][c]);
-            QTableWidgetItem* item = loggrid_->item(r - 1, c);
-            if (!item) {
-                if (text.isEmpty()) continue;
-                item = new QTableWidgetItem;
-                loggrid_->setItem(r - 1, c, item);
-            }
-            item->setText(text);
-        }
-    }
-}
-
-void VirtualControlWindow::saveHistoryAs()
-{
-    FileChoice choice;
-    choice.title = "Save current history";
-    choice.filter = kCsvFilter;
-    choice.folder = table_.folder().path().string();
-    const std::optional<std::string> chosen = table_.dialogs().saveFile(choice);
-    if (!chosen) return;
-    const std::string error = hitlog_->saveHistory(withCsv(*chosen));
-    if (!error.empty()) table_.dialogs().message(error);
-}
 
 QWidget* VirtualControlWindow::buildLogSetupTab()
 {
@@ -194,13 +118,13 @@ void VirtualControlWindow::chooseLogName()
 {
     FileChoice choice;
     choice.title = "Log file";
-    choice.filter = kCsvFilter;
+    choice.filter = HitLog::kCsvFilter;
     const std::filesystem::path current(hitlog_->logname);
     choice.folder = current.parent_path().string();
     choice.name = current.filename().string();
     const std::optional<std::string> chosen = table_.dialogs().saveFile(choice);
     if (!chosen) return;
-    hitlog_->logname = withCsv(*chosen);
+    hitlog_->logname = HitLog::csvName(*chosen);
     label18_->setText(toQt(hitlog_->logname));
 }
 

@@ -128,6 +128,12 @@ VirtualControlWindow::VirtualControlWindow(MemTable& table, std::unique_ptr<Seri
     audio_->setAudioPath(vfo_.audiopath);
     audio_->setRecordOut(vfo_.option[7] != 0);
     audio_->changed = [this] { showAudio(); };
+    // A recording holds the hits logged while it ran: their rows can play it.
+    audio_->onStarted = [this, &scheduler] { hitlog_->activity.recordingStarted(scheduler.now()); };
+    audio_->onSaved = [this](const std::filesystem::path& file) {
+        hitlog_->activity.recordingSaved(file.string());
+        showHistory();
+    };
 
     lijnknip1_ = makeTimer(scheduler, kBlinkMs, false, [this] { lcd_->blink(); });
     timer11_ = makeTimer(scheduler, kKnobTickMs, false, [this] { knobTick(false); });

@@ -48,6 +48,7 @@ class QAction;
 class QButtonGroup;
 class QPushButton;
 class QRadioButton;
+class QSoundEffect;
 class QSlider;
 class QTabWidget;
 class QTableWidget;
@@ -136,6 +137,10 @@ public:
     QFrame* optionOverlay() const { return picture23_; }
     StatusWindow* states2() const { return states2_; }
     QTableWidget* loggrid() const { return loggrid_; }
+    QTableWidget* activityGrid() const { return activityGrid_; }
+    QPushButton* playButton() const { return playButton_; }
+    // The recording last given to the player.
+    const std::string& playing() const { return playing_; }
     QCheckBox* check3() const { return check3_; }
     QLabel* label18() const { return label18_; }
     QPushButton* command4() const { return command4_; }
@@ -179,14 +184,18 @@ private:
     // opening, moved on by the scheduler's clock.
     DateTime now() const;
 
+    // virtualcontrolhistory.cpp
+    QWidget* buildHistoryTab();
+    void showHistory();
+    void showActivity();
+    void showPlayButton();
+    void playHistoryRow(int row);
+    void saveHistoryAs();
     // virtualcontroltabs.cpp
     QWidget* buildLaterTab(const char* name, const char* what);
-    QWidget* buildHistoryTab();
     QWidget* buildLogSetupTab();
     QWidget* buildAudioSetupTab();
     QWidget* buildAudioRecTab();
-    void showHistory();
-    void saveHistoryAs();
     void chooseLogName();
     void logToDisk(bool on);
     void chooseAudioFolder();
@@ -248,6 +257,10 @@ private:
 
     // History and Log Setup tabs
     QTableWidget* loggrid_ = nullptr;
+    QTableWidget* activityGrid_ = nullptr;
+    QPushButton* playButton_ = nullptr;
+    QSoundEffect* player_ = nullptr;
+    std::string playing_;
     QCheckBox* check3_ = nullptr;
     std::array<QCheckBox*, 5> logOptions_{};   // Check4, Check7, Check8, Check9, Check10
     QLabel* label18_ = nullptr;

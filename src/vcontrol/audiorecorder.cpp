@@ -234,6 +234,7 @@ bool AudioRecorder::audiorec()
         dialogs_.message(kRecordFailed);
         return false;
     }
+    if (onStarted) onStarted();
     return true;
 }
 
@@ -295,9 +296,10 @@ void AudioRecorder::save()
         std::filesystem::remove(target, ec);
         ok = empty.open(target, format_) && empty.finish();
     }
-    if (ok)
+    if (ok) {
         lastFile_ = target;
-    else
+        if (onSaved) onSaved(target);
+    } else
         dialogs_.message(kSaveFailed);
     audioreset();
 }

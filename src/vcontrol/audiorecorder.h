@@ -146,6 +146,9 @@ public:
 
     // Called after every change the panel shows (labels, buttons, settings).
     std::function<void()> changed;
+    // A recording began; one was saved under its name.
+    std::function<void()> onStarted;
+    std::function<void(const std::filesystem::path& file)> onSaved;
 
 private:
     void tick();         // Timer9

@@ -60,6 +60,12 @@ HitLog::HitLog(const Document& doc, Send send, Clock clock)
 
 HitLog::~HitLog() { setLogging(false); }
 
+std::string HitLog::csvName(std::string name)
+{
+    if (std::filesystem::path(name).extension().empty()) name += ".csv";
+    return name;
+}
+
 std::string* HitLog::seen(int bank) { return bank >= 1 && bank <= 10 ? &seenlist_[bank] : nullptr; }
 
 const std::string& HitLog::seenlist(int bank) const

@@ -55,6 +55,10 @@ public:
     static constexpr const char* kLiveHeader = "KESTRA,Halvorn, Lowland";
     static constexpr const char* kSavedHeader = "KESTRA,logdata,Halvorn,Lowland";
     static constexpr char kPound = '\xA3';  // "£": marks a tone in seenlist
+    // The file dialogs of the log file and of "Save current history".
+    static constexpr const char* kCsvFilter = "CSV Files|*.csv";
+    // A chosen name without an extension gets ".csv".
+    static std::string csvName(std::string name);
 
     using Row = std::array<std::string, kColumns>;
     using Clock = std::function<DateTime()>;

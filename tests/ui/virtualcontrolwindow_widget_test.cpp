@@ -335,6 +335,29 @@ TEST_F(VirtualControlTest, ATransmissionGoesOnTopOfTheHistoryIntoTheLogAndIntoOn
     EXPECT_EQ(grid->item(0, 0)->text().trimmed(), "SCAN");
     EXPECT_EQ(grid->item(1, 3), nullptr);
 
+    // Beside the line: how long it was on the air (logged at the first tick
+    // that saw Busy, until the transmission ended at 9 s) and its recording.
+    ASSERT_NE(grid->item(0, HitLog::kColumns), nullptr);
+    const double onAir = grid->item(0, HitLog::kColumns)->text().section(' ', 0, 0).toDouble();
+    EXPECT_GT(onAir, 6.0);
+    EXPECT_LT(onAir, 8.5);
+    ASSERT_NE(grid->item(0, HitLog::kColumns + 1), nullptr);
+    EXPECT_FALSE(grid->item(0, HitLog::kColumns + 1)->text().isEmpty());
+    QTableWidget* activity = vc->activityGrid();
+    ASSERT_EQ(activity->rowCount(), 1);
+    EXPECT_EQ(activity->item(0, 1)->text(), "167.3500");
+    EXPECT_EQ(activity->item(0, 4)->text(), "1");
+    EXPECT_EQ(activity->item(0, 5)->text(), grid->item(0, HitLog::kColumns)->text());
+    // The recording plays from its row, or the user hears why not.
+    EXPECT_FALSE(vc->playButton()->isEnabled());
+    grid->setCurrentCell(0, 0);
+    ASSERT_TRUE(vc->playButton()->isEnabled());
+    const std::size_t before = messages().size();
+    QTest::mouseClick(vc->playButton(), Qt::LeftButton);
+    const bool played = !vc->playing().empty();
+    EXPECT_EQ(messages().size(), before + (played ? 0 : 1));
+    const std::string playing = vc->playing();
+
     vc->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     const auto log = fileLines("log.csv");
@@ -351,6 +374,9 @@ TEST_F(VirtualControlTest, ATransmissionGoesOnTopOfTheHistoryIntoTheLogAndIntoOn
     EXPECT_NE(name.find("167.3500"), std::string::npos) << name;
     EXPECT_EQ(wavs[0].extension(), ".wav");
     EXPECT_GT(std::filesystem::file_size(wavs[0]), 44u);
+    if (!playing.empty()) {
+        EXPECT_EQ(playing, wavs[0].string());
+    }
 }
 
 } // namespace

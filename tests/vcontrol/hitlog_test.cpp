@@ -221,6 +221,73 @@ TEST(HitLog, TheHistoryKeepsTheNewestHundredAndTheFileEveryLineWhileTicked)
     EXPECT_EQ(fileLines(dir.path() / "hits.csv"), (std::vector<std::string>{HitLog::kLiveHeader, "kept"}));
 }
 
+TEST(HitLog, EachHitKeepsItsTimeOnTheAirItsRecordingAndItsCountForTheSession)
+{
+    HitRig rig;
+    std::int64_t ms = 0;
+    rig.log.nowMs = [&ms] { return ms; };
+    ActivityLog& activity = rig.log.activity;
+    const auto at = [&](std::int64_t when) {
+        ms = when;
+        rig.log.tick(rig.s);
+    };
+    rig.s.curbank = 1;
+    rig.stop(1, " 017", " 155.4750");
+    rig.s.subtonestate = 1;
+    rig.s.subtonetext = "123.0";
+    activity.recordingStarted(0);
+    at(500);  // a frequency and its tone, both on the air
+    at(3000);
+    rig.s.busyshown = false;
+    at(3500);
+    activity.recordingSaved("/rec/one.wav");
+    ASSERT_EQ(activity.rows().size(), 2u);
+    EXPECT_EQ(activity.rows()[0].durationMs, 3000);
+    EXPECT_EQ(activity.rows()[0].recording, "/rec/one.wav");
+    EXPECT_EQ(activity.rows()[1].recording, "/rec/one.wav");
+
+    // A trunk call ends when another ID takes the frequency; nothing records it.
+    rig.s = DisplayState{};
+    rig.s.freqtext = " 851.0125";
+    rig.s.busyshown = true;
+    rig.s.trunkmode = rig.s.idvalid = 1;
+    rig.s.trunkbank = 3;
+    rig.s.trunkid = "1234";
+    at(10000);
+    rig.s.trunkid = "4321";
+    at(12500);
+    EXPECT_EQ(activity.rows()[1].durationMs, 2500);
+    EXPECT_EQ(activity.rows()[0].durationMs, -1) << "still on the air";
+    EXPECT_TRUE(activity.rows()[1].recording.empty());
+
+    // Another frequency, then the first again: two hits, their times added;
+    // Clear History forgets the rows, not the session.
+    rig.s = DisplayState{};
+    rig.stop(1, " 140", " 462.5625");
+    at(15000);
+    rig.stop(1, " 017", " 155.4750");
+    at(20000);
+    rig.s.busyshown = false;
+    at(21500);
+    rig.log.clear();
+    EXPECT_TRUE(activity.rows().empty());
+    const std::vector<ActivityLog::Entry> entries = activity.entries();
+    ASSERT_EQ(entries.size(), 5u);
+    EXPECT_EQ(entries[0].kind, "Frequency");
+    EXPECT_EQ(entries[0].tag, "");
+    EXPECT_EQ(entries[0].hits, 2);
+    EXPECT_EQ(entries[0].totalMs, 4500);
+    EXPECT_EQ(entries[0].lastMs, 20000);
+    EXPECT_EQ((std::vector<std::string>{entries[1].kind, entries[1].subject, entries[1].where}),
+              (std::vector<std::string>{"CTCSS", "123.0", "155.4750"}));
+    EXPECT_EQ(entries[2].subject, "01234");
+    EXPECT_EQ(entries[2].where, "Bank 3");
+    EXPECT_EQ(entries[3].totalMs, 2500);
+    EXPECT_EQ(entries[4].totalMs, 5000);
+    EXPECT_EQ(ActivityLog::durationText(2450), "2.5 s");
+    EXPECT_EQ(ActivityLog::durationText(184'000), "3 min 04 s");
+}
+
 TEST(HitLog, OnThePollLoopItLogsEachStopOfTheScanningScannerInOrder)
 {
     VirtualScheduler scheduler;
