@@ -3,6 +3,8 @@
 // in "Edit Trunk ID's", and the whole way there and back by keyboard.
 
 #include "ui/edittrunkidwindow.h"
+#include "ui/listtagwindow.h"
+#include "ui/trunktagreplacewindow.h"
 #include "ui/trunkidwindow.h"
 #include "ui/widgets/gridmodel.h"
 
@@ -192,6 +194,41 @@ TEST_F(TrunkIdWindowTest, AListCopiedToAnotherBankInEditTrunkIds)
     EXPECT_EQ(doc.trunkids[3][20][idcol::id], "000110");
     EXPECT_EQ(doc.trunklisttags[3][2], "County");
     EXPECT_EQ(doc.trunkids[0][0][idcol::id], "000110");
+}
+
+TEST_F(TrunkIdWindowTest, ListTagsAndTagReplaceWorkOnWhatTheWindowHandsOver)
+{
+    doc.trunkids[2][1][idcol::tag] = "aaa";
+    window->table().changeBank(2);
+    inIdWindow([&](TrunkIdWindow* w) {
+        selectCell(w, 2, TrunkIdSheet::kTagCol);
+        QTest::keyClicks(w->grid(), "Ambulance");
+        overWindow<ListTagWindow>(w->button("Command5"), [&](ListTagWindow* l) {
+            QTest::mouseClick(l->button("defaults"), Qt::LeftButton);
+            EXPECT_EQ(l->box(6)->text(), "Bank 3 List 7");
+            l->box(0)->clear();
+            QTest::keyClicks(l->box(0), "Fire, Rescue");
+            QTest::mouseClick(l->button("center"), Qt::LeftButton);
+            EXPECT_EQ(l->box(0)->text(), "  Fire Rescue");
+            QTest::mouseClick(l->okButton(), Qt::LeftButton);
+        });
+        EXPECT_EQ(shownId(w, 2, TrunkIdSheet::kTagCol), "Ambulance");
+        EXPECT_EQ(shownId(w, 1, TrunkIdSheet::kListTagCol), "  Fire Rescue");
+        EXPECT_EQ(shownId(w, 70, TrunkIdSheet::kListTagCol), "  Bank 3 List 7");   // centred with the rest
+
+        overWindow<TrunkTagReplaceWindow>(w->button("Command6"), [&](TrunkTagReplaceWindow* r) {
+            QTest::keyClicks(r->findBox(), "a");
+            QTest::keyClicks(r->replaceBox(), "b");
+            QTest::mouseClick(r->applyButton(), Qt::LeftButton);
+            QTest::mouseClick(r->closeButton(), Qt::LeftButton);
+        });
+        EXPECT_EQ(shownId(w, 1, TrunkIdSheet::kTagCol), "baa");
+        EXPECT_EQ(shownId(w, 2, TrunkIdSheet::kTagCol), "Ambulbnce");
+        // Cancel: the tags of the lists too are as they were.
+        QTest::mouseClick(w->cancelButton(), Qt::LeftButton);
+    });
+    EXPECT_EQ(doc.trunkids[2][1][idcol::tag], "aaa");
+    EXPECT_EQ(doc.trunklisttags[2][0], "");
 }
 
 TEST_F(TrunkIdWindowTest, ReachedAndLeftByKeyboardAlone)
