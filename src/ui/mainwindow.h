@@ -192,6 +192,8 @@ private:
     void menuSendData();
     // The Virtual Control: memtab hides while it runs unless the setting vcm keeps it.
     void menuVirtualControl();
+    // Trunk > ID List: the "Trunk Id's:" window on the bank on view.
+    void menuIdList();
     void menuSetupDefaultData();
     void menuResetTableWidth();
     void menuCheckTable();

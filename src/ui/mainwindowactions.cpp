@@ -16,6 +16,7 @@
 #include "ui/portsetupwindow.h"
 #include "ui/replacewindow.h"
 #include "ui/transferwindow.h"
+#include "ui/trunkidwindow.h"
 #include "ui/virtualcontrolwindow.h"
 
 #include <QClipboard>
@@ -337,6 +338,18 @@ void MainWindow::menuVirtualControl()
     }
     window->show();
     window->start();
+}
+
+void MainWindow::menuIdList()
+{
+    // The window's Copy/Move/Swap Banks may move channels: the grid goes into the store first.
+    commitEdit();
+    table_.createbank();
+    TrunkIdWindow dialog(table_, this);
+    dialog.exec();
+    // Bank tags and channels may have moved with a bank's trunk settings.
+    bankTagsChanged();
+    table_.fillgrid();
 }
 
 void MainWindow::menuSetupDefaultData()

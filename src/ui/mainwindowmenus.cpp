@@ -271,7 +271,7 @@ void MainWindow::buildMenus()
 
     // Trunk
     QMenu* trunk = topMenu("menu_trunk", "&Trunk");
-    addEntry(trunk, "mnu_idlist", "&ID List");
+    connect(addEntry(trunk, "mnu_idlist", "&ID List", true), &QAction::triggered, this, &MainWindow::menuIdList);
     addEntry(trunk, "trunkset", "&System Settings");
 
     // Search

@@ -1,6 +1,7 @@
 // kestractl convert, run as the program it is.
 
 #include "importexport/convert.h"
+#include "core/memfile.h"
 #include "editor/freqrules.h"
 #include "support/kestractl.h"
 #include "support/tablerig.h"
@@ -8,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+
+#include <random>
 
 using namespace kestra;
 using namespace kestra::test;
@@ -146,4 +149,60 @@ TEST(KestractlConvert, TheSettingsOfTheFolderApply)
     // Hidden leading zeros are a matter of the grid: the check before the save
     // writes every frequency whole.
     EXPECT_EQ(lines[1].substr(0, 12), "1,\"0119.1250");
+}
+
+namespace {
+
+// Text a MEM field can carry: any single-byte character but the double
+// quote and the line ends, at lengths 0..max.
+std::string randomField(std::mt19937& rng, std::size_t max)
+{
+    static const std::string pool = [] {
+        std::string p;
+        for (int c = 32; c < 256; ++c)
+            if (c != '"' && c != 127) p += static_cast<char>(c);
+        return p;
+    }();
+    std::uniform_int_distribution<std::size_t> length(0, max), pick(0, pool.size() - 1);
+    std::string text(length(rng), ' ');
+    for (char& c : text) c = pool[pick(rng)];
+    return text;
+}
+
+} // namespace
+
+TEST(KestractlConvert, KeepsEveryTrunkFieldAndIdOfRandomContents)
+{
+    for (unsigned seed : {1u, 7u, 2026u}) {
+        SCOPED_TRACE(seed);
+        std::mt19937 rng(seed);
+        TempDir dir;
+        TableRig t(Model::BC796D);
+        installTableCheck(t.table);
+        for (int b = 0; b < kChannelBanks; ++b) {
+            TrunkSystem& system = t.doc.trunkset[b];
+            system.trunktype = randomField(rng, 3);
+            for (std::string& field : system.trunkfields) field = randomField(rng, 6);
+            for (auto& slot : system.trunkblocks)
+                for (std::string& item : slot) item = randomField(rng, 10);
+            for (TrunkIdEntry& entry : t.doc.trunkids[b])
+                for (std::string& field : entry) field = randomField(rng, 16);
+            for (std::string& tag : t.doc.trunklisttags[b]) tag = randomField(rng, 16);
+        }
+        t.dialogs.files = {dir.file("in.mem")};
+        ASSERT_TRUE(t.table.fileSave());
+
+        const CtlRun run = convert(dir, "in.mem", "out.mem", " --model BC796D" + inFolder(dir));
+        ASSERT_EQ(run.status, 0) << run.err;
+        Document back;
+        ASSERT_EQ(readMem(back, readBytes(dir.file("out.mem")), 0).status, MemLoadStatus::Loaded);
+        for (int b = 0; b < kChannelBanks; ++b) {
+            SCOPED_TRACE(b);
+            EXPECT_EQ(back.trunkset[b].trunktype, t.doc.trunkset[b].trunktype);
+            EXPECT_EQ(back.trunkset[b].trunkfields, t.doc.trunkset[b].trunkfields);
+            EXPECT_EQ(back.trunkset[b].trunkblocks, t.doc.trunkset[b].trunkblocks);
+            EXPECT_EQ(back.trunkids[b], t.doc.trunkids[b]);
+            EXPECT_EQ(back.trunklisttags[b], t.doc.trunklisttags[b]);
+        }
+    }
 }
