@@ -49,13 +49,19 @@ void setCell(QTableWidget* grid, int row, int column, const QString& text)
     if (item->text() != text) item->setText(text);
 }
 
-// An item that sorts by a number and shows a text.
-QTableWidgetItem* numberItem(qlonglong value, const QString& text)
+// A cell that shows a text and sorts by a number behind it.
+class NumberItem : public QTableWidgetItem {
+public:
+    bool operator<(const QTableWidgetItem& other) const override
+    {
+        return data(Qt::UserRole).toLongLong() < other.data(Qt::UserRole).toLongLong();
+    }
+};
+
+void setSorted(QTableWidgetItem* item, qlonglong value, const QString& text)
 {
-    auto* item = new QTableWidgetItem;
-    item->setData(Qt::EditRole, value);
-    item->setData(Qt::DisplayRole, text);
-    return item;
+    item->setData(Qt::UserRole, value);
+    item->setText(text);  // last: the change of the shown text re-sorts the row
 }
 
 // "since the window opened" in minutes and seconds: when a hit was logged.
@@ -174,21 +180,32 @@ void VirtualControlWindow::saveHistoryAs()
 
 void VirtualControlWindow::showActivity()
 {
-    const std::vector<ActivityLog::Entry> entries = hitlog_->activity.entries();
-    // Filled unsorted, then sorted again as the user last chose.
-    activityGrid_->setSortingEnabled(false);
-    activityGrid_->setRowCount(static_cast<int>(entries.size()));
-    for (int r = 0; r < static_cast<int>(entries.size()); ++r) {
-        const ActivityLog::Entry& e = entries[static_cast<std::size_t>(r)];
-        activityGrid_->setItem(r, 0, new QTableWidgetItem(toQt(e.kind)));
-        activityGrid_->setItem(r, 1, new QTableWidgetItem(toQt(e.subject)));
-        activityGrid_->setItem(r, 2, new QTableWidgetItem(toQt(e.where)));
-        activityGrid_->setItem(r, 3, new QTableWidgetItem(toQt(e.tag)));
-        activityGrid_->setItem(r, 4, numberItem(e.hits, QString::number(e.hits)));
-        activityGrid_->setItem(r, 5, numberItem(e.totalMs, toQt(ActivityLog::durationText(e.totalMs))));
-        activityGrid_->setItem(r, 6, numberItem(e.lastMs - openedMs_, sinceText(e.lastMs - openedMs_)));
+    // Only what changed since the last look; each entry keeps its items, so
+    // it is found wherever the user's sort has put it.
+    const auto& entries = hitlog_->activity.entries();
+    for (std::size_t place : hitlog_->activity.takeChanged()) {
+        const ActivityLog::Entry& e = entries[place];
+        if (place >= activityItems_.size()) {
+            // A new row at the end, filled whole before the grid sorts it in.
+            activityGrid_->setSortingEnabled(false);
+            const int row = activityGrid_->rowCount();
+            activityGrid_->insertRow(row);
+            for (int c = 0; c < kActivityColumns; ++c)
+                activityGrid_->setItem(row, c, c < 4 ? new QTableWidgetItem : new NumberItem);
+            activityItems_.push_back(activityGrid_->item(row, 0));
+            const QString texts[] = {toQt(e.kind), toQt(e.subject), toQt(e.where)};
+            for (int c = 0; c < 3; ++c) activityGrid_->item(row, c)->setText(texts[c]);
+            activityGrid_->setSortingEnabled(true);
+        }
+        const int row = activityItems_[place]->row();
+        QTableWidgetItem* cells[kActivityColumns];
+        for (int c = 0; c < kActivityColumns; ++c) cells[c] = activityGrid_->item(row, c);
+        // Sorting moves the row as each value changes: the cells are held first.
+        cells[3]->setText(toQt(e.tag));
+        setSorted(cells[4], e.hits, QString::number(e.hits));
+        setSorted(cells[5], e.totalMs, toQt(ActivityLog::durationText(e.totalMs)));
+        setSorted(cells[6], e.lastMs - openedMs_, sinceText(e.lastMs - openedMs_));
     }
-    activityGrid_->setSortingEnabled(true);
 }
 
 void VirtualControlWindow::showPlayButton()

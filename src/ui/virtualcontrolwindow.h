@@ -52,6 +52,7 @@ class QSoundEffect;
 class QSlider;
 class QTabWidget;
 class QTableWidget;
+class QTableWidgetItem;
 
 namespace kestra {
 
@@ -258,6 +259,7 @@ private:
     // History and Log Setup tabs
     QTableWidget* loggrid_ = nullptr;
     QTableWidget* activityGrid_ = nullptr;
+    std::vector<QTableWidgetItem*> activityItems_;  // the first cell of each activity entry's row
     QPushButton* playButton_ = nullptr;
     QSoundEffect* player_ = nullptr;
     std::string playing_;

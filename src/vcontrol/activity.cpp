@@ -2,6 +2,8 @@
 
 #include "core/text.h"
 
+#include <algorithm>
+
 namespace kestra {
 
 namespace {
@@ -42,16 +44,18 @@ void ActivityLog::hit(const std::string& line, std::int64_t nowMs)
         entry.tag = cells[4];
     }
     const std::string key = entry.kind + "|" + entry.subject + "|" + entry.where;
-    auto [it, fresh] = entries_.try_emplace(key, entry);
-    if (fresh) order_.push_back(key);
-    ++it->second.hits;
-    it->second.lastMs = nowMs;
-    if (!entry.tag.empty()) it->second.tag = entry.tag;
+    auto [it, fresh] = places_.try_emplace(key, entries_.size());
+    if (fresh) entries_.push_back(entry);
+    Entry& known = entries_[it->second];
+    ++known.hits;
+    known.lastMs = nowMs;
+    if (!entry.tag.empty()) known.tag = entry.tag;
+    touch(it->second);
 
     rows_.push_front(Row{nowMs, -1, ""});
     if (rows_.size() > kRows) rows_.pop_back();
     ++serial_;
-    open_.push_back(Open{serial_, key, followsId, followsId ? entry.subject : cells[3], nowMs});
+    open_.push_back(Open{serial_, it->second, followsId, followsId ? entry.subject : cells[3], nowMs});
 }
 
 ActivityLog::Row* ActivityLog::rowOf(std::uint64_t serial)
@@ -70,7 +74,8 @@ void ActivityLog::tick(const DisplayState& state, std::int64_t nowMs)
         if (onAir) return false;
         const std::int64_t duration = nowMs - open.startMs;
         if (Row* row = rowOf(open.serial)) row->durationMs = duration;
-        entries_[open.key].totalMs += duration;
+        entries_[open.entry].totalMs += duration;
+        touch(open.entry);
         return true;
     });
     if (open_.size() != before && onClosed) onClosed();
@@ -90,11 +95,15 @@ void ActivityLog::recordingSaved(const std::string& file)
 
 void ActivityLog::clearRows() { rows_.clear(); }
 
-std::vector<ActivityLog::Entry> ActivityLog::entries() const
+void ActivityLog::touch(std::size_t entry)
 {
-    std::vector<Entry> out;
-    out.reserve(order_.size());
-    for (const std::string& key : order_) out.push_back(entries_.at(key));
+    if (std::find(changed_.begin(), changed_.end(), entry) == changed_.end()) changed_.push_back(entry);
+}
+
+std::vector<std::size_t> ActivityLog::takeChanged()
+{
+    std::vector<std::size_t> out;
+    out.swap(changed_);
     return out;
 }
 

@@ -57,7 +57,9 @@ public:
     // Newest first, at most 100.
     const std::deque<Row>& rows() const { return rows_; }
     // Every frequency, ID and tone heard, in the order first heard.
-    std::vector<Entry> entries() const;
+    const std::vector<Entry>& entries() const { return entries_; }
+    // The places in entries() that changed since the last call, in order.
+    std::vector<std::size_t> takeChanged();
 
     // "12.5 s", "3 min 04 s"; "" while still on the air.
     static std::string durationText(std::int64_t ms);
@@ -65,18 +67,20 @@ public:
 private:
     struct Open {
         std::uint64_t serial;
-        std::string key;
+        std::size_t entry;  // its place in entries_
         bool id;              // follows the trunk ID, else the frequency
         std::string subject;  // the ID or the frequency it follows
         std::int64_t startMs;
     };
     Row* rowOf(std::uint64_t serial);
+    void touch(std::size_t entry);
 
     std::deque<Row> rows_;
     std::uint64_t serial_ = 0;  // of the newest row
     std::vector<Open> open_;
-    std::map<std::string, Entry> entries_;
-    std::vector<std::string> order_;  // keys of entries_ as first heard
+    std::vector<Entry> entries_;
+    std::map<std::string, std::size_t> places_;  // kind|subject|where → its place in entries_
+    std::vector<std::size_t> changed_;
     std::int64_t recordingSinceMs_ = -1;
 };
 

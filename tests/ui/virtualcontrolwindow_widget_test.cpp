@@ -31,11 +31,16 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstdio>
+#include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <set>
 #include <string>
 #include <vector>
+
+#include <unistd.h>
 
 namespace kestra {
 namespace {
@@ -377,6 +382,68 @@ TEST_F(VirtualControlTest, ATransmissionGoesOnTopOfTheHistoryIntoTheLogAndIntoOn
     if (!playing.empty()) {
         EXPECT_EQ(playing, wavs[0].string());
     }
+}
+
+// 10,000 hits through Timer8's judgement into the real window (history grid,
+// Activity table, log file): the history stays at 100 rows, each hit costs
+// the same at the end as at the start, and the process does not grow. The
+// figures go to the test's output.
+TEST_F(VirtualControlTest, TenThousandHitsKeepTheHistoryAtAHundredRowsAtASteadyCostAndSize)
+{
+    startWith();
+    VirtualControlWindow* vc = open();
+    ASSERT_NE(vc, nullptr);
+    vc->check3()->setChecked(true);
+    HitLog& hits = vc->hitLog();
+    DisplayState s;
+    s.trunkmode = 0;
+    s.opclass = 1;
+    const auto residentKb = [] {
+        long pages = 0, resident = 0;
+        std::ifstream("/proc/self/statm") >> pages >> resident;
+        return resident * (::sysconf(_SC_PAGESIZE) / 1024);
+    };
+    const auto cpuMs = [] {
+        timespec t{};
+        ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
+        return t.tv_sec * 1000.0 + t.tv_nsec / 1e6;
+    };
+    // Two ticks a hit, as Timer8 sees a transmission and its end: 200 channels
+    // of a busy county, each heard fifty times.
+    const auto feed = [&](int from, int to) {
+        const double start = cpuMs();
+        for (int n = from; n < to; ++n) {
+            const int channel = n % 200 + 1;
+            s.channeltext = " " + std::string(channel < 10 ? "00" : channel < 100 ? "0" : "") + std::to_string(channel);
+            s.freqtext = " " + std::to_string(450 + channel % 100) + "." + std::to_string(1000 + channel).substr(1) + "0";
+            s.lcdline[1] = s.freqtext + "  FM   ";
+            s.busyshown = true;
+            hits.tick(s);
+            s.busyshown = false;
+            hits.tick(s);
+        }
+        QCoreApplication::processEvents();
+        return (cpuMs() - start) / (to - from);
+    };
+    const double firstMs = feed(0, 1000);
+    const long firstKb = residentKb();
+    feed(1000, 9000);
+    const double lastMs = feed(9000, 10000);
+    const long lastKb = residentKb();
+    std::printf("10,000 hits: %.3f ms a hit for the first 1,000, %.3f ms for the last; resident %ld kB after 1,000, "
+                "%ld kB after 10,000\n",
+                firstMs, lastMs, firstKb, lastKb);
+
+    EXPECT_EQ(vc->loggrid()->rowCount(), HitLog::kRows);
+    EXPECT_EQ(hits.activity.rows().size(), static_cast<std::size_t>(ActivityLog::kRows));
+    EXPECT_EQ(vc->activityGrid()->rowCount(), 200);
+    EXPECT_EQ(vc->activityGrid()->item(0, 4)->text(), "50");
+    // At Timer8's most, two hits a second, 2% of a core is 10 ms a hit.
+    EXPECT_LT(lastMs, 10.0);
+    EXPECT_LT(lastMs, 3 * firstMs + 0.5) << "a hit grows dearer as hits pile up";
+    EXPECT_LT(lastKb - firstKb, 4096) << "the window grows with the hits";
+    vc->close();
+    EXPECT_EQ(fileLines("log.csv").size(), 10001u);
 }
 
 } // namespace
