@@ -16,6 +16,7 @@
 #include "ui/portsetupwindow.h"
 #include "ui/replacewindow.h"
 #include "ui/transferwindow.h"
+#include "ui/trunkconfigwindow.h"
 #include "ui/virtualcontrolwindow.h"
 
 #include <QClipboard>
@@ -343,6 +344,13 @@ void MainWindow::menuSetupDefaultData()
 {
     DefaultDataWindow dialog(table_, this);
     dialog.exec();
+}
+
+void MainWindow::menuTrunkSettings()
+{
+    TrunkConfigWindow dialog(table_, lineOps_.get(), this);
+    dialog.exec();
+    if (dialog.banksMoved()) bankTagsChanged();
 }
 
 void MainWindow::menuResetTableWidth()
