@@ -351,10 +351,12 @@ void TrunkConfigWindow::setTypeListFromStore()
 
 void TrunkConfigWindow::chooseType(int type)
 {
+    const TrunkGroup before = trunkGroupOf(trunkTypeOf(banks_[bank_]));
     banks_[bank_].trunktype = std::to_string(type);
     arrange();
-    // The group of the new type shows the bank's fields as that type reads them.
-    loadBank();
+    // Within one group the controls keep what was set in them; another group
+    // shows the bank's fields as the new type reads them.
+    if (trunkGroupOf(type) != before) loadBank();
 }
 
 void TrunkConfigWindow::chooseBank(int index)

@@ -51,15 +51,12 @@ TEST_F(TrunkConfigWindowTest, BanksSetUpWithMouseAndKeysComeBackFromTheMemFile)
         EXPECT_EQ(w->objectName(), "trunkconfig");
         EXPECT_EQ(w->windowTitle(), "Trunk Configuration");
 
-        // Bank 3: Motorola Type 2 at 800 MHz.
+        // Bank 3: set up as Type 1, then made Motorola Type 2 at 800 MHz with what was set kept.
         clickBankTab(w, 2);
-        pick(w->trunkTypeList(), 1);
+        pick(w->trunkTypeList(), 2);
         const TrunkGroupControls& m = w->group(TrunkGroup::Motorola);
         EXPECT_TRUE(m.frame->isVisible());
         EXPECT_EQ(m.frame->title(), "Settings (T1 T2-800 T2-900):");
-        EXPECT_TRUE(m.controlChannel->isVisible());
-        EXPECT_FALSE(m.controlChannelOnly->isVisible());
-        EXPECT_FALSE(m.fleetmap->isVisible());
         EXPECT_FALSE(w->group(TrunkGroup::BaseConfig).frame->isVisible());
         pick(m.controlChannel, 2);
         tick(m.statusBit);
@@ -69,6 +66,13 @@ TEST_F(TrunkConfigWindowTest, BanksSetUpWithMouseAndKeysComeBackFromTheMemFile)
         pick(m.delay, 5);
         tick(m.record);
         tick(m.activityId);
+        EXPECT_TRUE(m.fleetmap->isVisible());
+        QTest::keyClick(w->trunkTypeList(), Qt::Key_Up);
+        EXPECT_EQ(w->trunkTypeList()->currentText(), "Motorola Type 2 - 800 MHz");
+        EXPECT_TRUE(m.controlChannel->isVisible());
+        EXPECT_FALSE(m.controlChannelOnly->isVisible());
+        EXPECT_FALSE(m.fleetmap->isVisible());
+        EXPECT_EQ(m.delay->currentIndex(), 5);
 
         // Bank 4: Type 2 UHF with a Base Config typed below the band, a letter dropped.
         clickBankTab(w, 3);
