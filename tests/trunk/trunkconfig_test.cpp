@@ -26,9 +26,9 @@ TEST(TrunkSettings, FleetmapCodesAreNormalisedInTheirOrder)
     const Case cases[] = {
         // 14 in block 0 fills the map.
         {{"14", "3", "5", "", "", "", "", ""}, {"14", "14", "14", "14", "14", "14", "14", "14"}},
-        // 12 pairs up from even blocks only; 13 takes four blocks from block 4,
-        // over the 99 that the last step would have made 14.
-        {{"4", "12", "12", "3", "13", "1", "0", "99"}, {"4", "12", "12", "12", "13", "13", "13", "13"}},
+        // 12 pairs up from even blocks only; 13 takes four blocks from block 4.
+        // 99 is cut to 14 last, so in block 0 it does not fill the map.
+        {{"99", "12", "12", "3", "13", "1", "0", "99"}, {"14", "12", "12", "12", "13", "13", "13", "13"}},
         // 13 in block 2 stays alone; pairs are made before anything is cut to 14.
         {{"12", "5", "13", "0", "12", "7", "1", "99"}, {"12", "12", "13", "0", "12", "12", "1", "14"}},
     };
