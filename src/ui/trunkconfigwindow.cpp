@@ -33,6 +33,7 @@ QComboBox* makeList(QWidget* parent, const char* name, const std::vector<std::st
     list->setObjectName(name);
     for (const std::string& entry : entries) list->addItem(toQt(entry));
     list->setCurrentIndex(-1);
+    list->setMinimumContentsLength(10);
     return list;
 }
 
@@ -242,6 +243,7 @@ void TrunkConfigWindow::buildGroups()
                     configs->addWidget(g.baseConfigs[s][item], s + 1, item + 1);
                 }
             }
+            configs->setColumnStretch(4, 1);
             grid->addLayout(configs, row++, 0, 1, 4);
         }
         grid->setColumnStretch(2, 1);
