@@ -31,6 +31,7 @@ struct TrunkSystem {
     std::string trunktype;
     std::array<std::string, 10> trunkfields;
     std::array<std::array<std::string, 8>, 3> trunkblocks;
+    bool operator==(const TrunkSystem&) const = default;
 };
 
 // One entry of a bank's trunk ID list: five text fields.

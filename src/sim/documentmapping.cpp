@@ -2,6 +2,7 @@
 
 #include "core/settings.h"
 #include "core/text.h"
+#include "trunk/trunkconfig.h"
 
 #include <algorithm>
 #include <cmath>
@@ -64,29 +65,6 @@ std::string baseStepText(int step)
 bool validTone(long long code) { return (code >= 0 && code <= 142) || (code >= 150 && code <= 291); }
 
 } // namespace
-
-const std::array<std::array<int, 8>, 16>& fleetmapPresets()
-{
-    static const std::array<std::array<int, 8>, 16> presets = {{
-        {11, 11, 11, 11, 11, 11, 11, 11},
-        {4, 4, 4, 4, 4, 4, 4, 4},
-        {4, 4, 4, 4, 4, 4, 12, 12},
-        {12, 12, 4, 4, 4, 4, 4, 4},
-        {4, 4, 12, 12, 4, 4, 4, 4},
-        {3, 10, 4, 4, 12, 12, 12, 12},
-        {10, 10, 11, 4, 4, 4, 4, 4},
-        {1, 1, 2, 2, 3, 3, 4, 4},
-        {4, 4, 0, 0, 0, 0, 0, 0},
-        {0, 0, 0, 0, 0, 0, 4, 4},
-        {4, 0, 0, 0, 0, 0, 0, 0},
-        {0, 0, 0, 0, 0, 0, 0, 4},
-        {3, 3, 11, 4, 4, 0, 0, 0},
-        {4, 3, 10, 4, 4, 4, 12, 12},
-        {4, 4, 4, 11, 11, 0, 12, 12},
-        {3, 10, 10, 11, 0, 0, 12, 12},
-    }};
-    return presets;
-}
 
 int programTrunkType(TrunkKind kind)
 {

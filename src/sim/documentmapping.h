@@ -42,7 +42,4 @@ std::string memFileText(const ScannerMemory& memory);
 int programTrunkType(TrunkKind kind);
 std::optional<TrunkKind> trunkKindOfProgramType(int type);
 
-// The Type 1 fleetmap presets 1..16: eight block size codes each.
-const std::array<std::array<int, 8>, 16>& fleetmapPresets();
-
 } // namespace kestra::sim

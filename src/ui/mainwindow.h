@@ -199,6 +199,8 @@ private:
     void menuCheckTable();
     void menuBandplanCurrentBank();
     void menuBandplanAllBanks();
+    // Trunk > System Settings: the window trunkconfig.
+    void menuTrunkSettings();
     void showShortcuts();
     void afterFileCommand();
     // Edit and Options entries over LineOperations, with the system clipboard.

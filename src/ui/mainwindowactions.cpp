@@ -16,6 +16,7 @@
 #include "ui/portsetupwindow.h"
 #include "ui/replacewindow.h"
 #include "ui/transferwindow.h"
+#include "ui/trunkconfigwindow.h"
 #include "ui/trunkidwindow.h"
 #include "ui/virtualcontrolwindow.h"
 
@@ -356,6 +357,13 @@ void MainWindow::menuSetupDefaultData()
 {
     DefaultDataWindow dialog(table_, this);
     dialog.exec();
+}
+
+void MainWindow::menuTrunkSettings()
+{
+    TrunkConfigWindow dialog(table_, lineOps_.get(), this);
+    dialog.exec();
+    if (dialog.banksMoved()) bankTagsChanged();
 }
 
 void MainWindow::menuResetTableWidth()

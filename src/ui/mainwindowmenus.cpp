@@ -272,7 +272,7 @@ void MainWindow::buildMenus()
     // Trunk
     QMenu* trunk = topMenu("menu_trunk", "&Trunk");
     connect(addEntry(trunk, "mnu_idlist", "&ID List", true), &QAction::triggered, this, &MainWindow::menuIdList);
-    addEntry(trunk, "trunkset", "&System Settings");
+    addEntry(trunk, "trunkset", "&System Settings", true);
 
     // Search
     QMenu* search = topMenu("srcmenu1", "Sea&rch");
@@ -345,6 +345,7 @@ void MainWindow::buildMenus()
     connectEntry("runband1", &MainWindow::menuBandplanCurrentBank);
     connectEntry("runband2", &MainWindow::menuBandplanAllBanks);
     connectEntry("shortkey", &MainWindow::showShortcuts);
+    connectEntry("trunkset", &MainWindow::menuTrunkSettings);
     connectPortEntry("comset", &MainWindow::menuComset);
     const std::pair<const char*, void (MainWindow::*)()> lineEntries[] = {
         {"tabundo", &MainWindow::editUndo},

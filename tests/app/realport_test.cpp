@@ -210,7 +210,9 @@ TEST(RealPort, FaultyLinesNeverEndWellWithWrongData)
         if (o.run.status == 0) {
             ++good;
             expectSameChannels(source, o.data, 40);
-            if (o.read) EXPECT_EQ(o.data.banktags[0], "County Fire");
+            if (o.read) {
+                EXPECT_EQ(o.data.banktags[0], "County Fire");
+            }
             // The last line tells how often the line had to be asked again.
             const std::size_t said = o.run.err.find(" Data finished; ");
             ASSERT_NE(said, std::string::npos);
