@@ -1,5 +1,7 @@
 #include "vcontrol/hitlog.h"
 
+#include "trunk/trunkids.h"
+
 #include "core/text.h"
 #include "platform/scheduler.h"
 #include "vcontrol/controlloop.h"
@@ -158,7 +160,9 @@ void HitLog::lookupIdTag(DisplayState& s) const
     if (doc_.model.x96 != 0 || !idSearch || s.curbank < 1 || s.curbank > 10) return;
     const int type = static_cast<int>(IntVal(doc_.trunkset[s.curbank - 1].trunktype));
     if (type < 1 || type > 8) return;
-    const std::string shown = trim(s.trunkid);
+    // The shown ID in the form the bank's lists keep it ("1234" is "001234"
+    // in a Motorola Type 2 bank).
+    const std::string shown = normaliseId(type, trim(s.trunkid));
     if (shown.empty()) return;
     const auto& ids = doc_.trunkids[s.curbank - 1];
     for (int row = 1; row <= 99; ++row)  // the last matching row wins

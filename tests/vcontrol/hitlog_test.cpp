@@ -118,6 +118,7 @@ TEST(HitLog, TrunkIdsTakeTheirTagPaddingAndLocationAndLogAgainAfterAMove)
     rig.doc.trunkids[2][15] = {"001234", "Fire One", "0", "0", ""};
     rig.doc.trunkids[2][40] = {"001234", "Fire Two", "0", "0", ""};
     rig.doc.trunkids[2][41] = {"004321", "Police", "0", "0", ""};
+    rig.doc.trunkids[2][42] = {"701234", "Icall", "0", "0", ""};  // holds "1234" but is another ID
     rig.log.options.lockoutIdSearch = true;
     DisplayState& s = rig.s;
     s.freqtext = " 851.0125";
