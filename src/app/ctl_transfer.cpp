@@ -5,6 +5,7 @@
 // the confirmations answered with yes, progress on stderr.
 
 #include "kestractl.h"
+#include "ctl_line.h"
 
 #include "sim/virtualscanner.h"
 
@@ -65,15 +66,6 @@ std::optional<ReadPipeline::Options> scopeOf(const std::string& banks)
     return o;
 }
 
-bool runUntil(Scheduler& scheduler, const std::function<bool()>& done, double seconds)
-{
-    if (auto* virtualTime = dynamic_cast<VirtualScheduler*>(&scheduler))
-        return virtualTime->runUntil(done, static_cast<std::int64_t>(seconds * 1000));
-    const std::int64_t end = scheduler.now() + static_cast<std::int64_t>(seconds * 1000);
-    while (!done() && scheduler.now() < end) scheduler.wait(0.05);
-    return done();
-}
-
 int run(const Transfer& t)
 {
     int argc = 1;
@@ -112,35 +104,15 @@ int run(const Transfer& t)
     }
 
     // The port: a number of the binding, a device path, or sim:MODEL.
-    std::unique_ptr<Scheduler> scheduler;
-    std::unique_ptr<ProgramPorts> ports;
-    std::unique_ptr<SerialPort> port;
-    if (t.port.rfind("sim:", 0) == 0) {
-        const auto simModel = modelFromName(t.port.substr(4));
-        if (!simModel) return usage("unknown model in " + t.port);
-        scheduler = std::make_unique<VirtualScheduler>();
-        ports = std::make_unique<ProgramPorts>(*scheduler, folder, &QtSerialPort::openDevice);
-        ports->binding.bind(1, PortBinding::kVirtual);
-        ports->virtualScanner(*simModel).setBaudRate(19200);
-        com.baud = 19200;
-        port = ports->port(1, *simModel);
-    } else {
-        scheduler = std::make_unique<QtScheduler>();
-        const bool number = !t.port.empty() && t.port.find_first_not_of("0123456789") == std::string::npos;
-        if (t.port.empty() || number) {
-            ports = std::make_unique<ProgramPorts>(*scheduler, folder, &QtSerialPort::openDevice);
-            const int n = t.port.empty() ? com.port : static_cast<int>(IntVal(t.port));
-            port = ports->port(n, model.model());
-            com.port = n;
-        } else {
-            port = std::make_unique<QtSerialPort>(t.port);
-        }
-    }
-    if (!port) {
-        std::cerr << "The selected comport is already in use or not available in your system!\n";
-        return 1;
-    }
-    com.baud = allowedBaud(com.baud, model);
+    std::string problem;
+    ScannerLine line = openScannerLine(t.port, folder, model, problem);
+    if (!problem.empty()) return usage(problem);
+    if (!line.port) return 1;
+    com.port = line.com.port;
+    com.baud = line.com.baud;
+    Scheduler* scheduler = line.scheduler.get();
+    SerialPort* port = line.port.get();
+    ProgramPorts* ports = line.ports.get();
 
     ExchangeEngine engine(*port, *scheduler, dialogs, settings, com.port, com.baud,
                           t.read ? ExchangeEngine::Caption::ReadData : ExchangeEngine::Caption::SendData);

@@ -23,6 +23,11 @@ const char* kUsage =
     "      \"port N, baud B, model M\" for the last scanner that answered; exit\n"
     "      status 1 when none did. The built-in virtual scanner answers as the\n"
     "      model last chosen in the program (UBC3300 when none was).\n"
+    "  general read|send FILE.mem [--port P] [--dir FOLDER] [--set \"LABEL=CHOICE\" ...]\n"
+    "      the scanner's general parameters: read prints the nine system options\n"
+    "      (\"Key Beep: off\") and puts the FIPS codes into FILE.mem; send sends the\n"
+    "      FIPS codes of FILE.mem and each option given with --set, e.g.\n"
+    "      --set \"Key Beep=off\" --set \"SQ Mode=CSQ\".\n"
     "  monitor [--port P] [--duration S] [--dir FOLDER] [--log FILE.csv] [--record DIR]\n"
     "      the Virtual Control without a window: polls the scanner on port P (a port\n"
     "      number of the binding, default the one of com250.ini, or a device path)\n"
@@ -102,6 +107,7 @@ int main(int argc, char** argv)
     if (command == "convert") return convert(args);
     if (command == "detect") return detect(args);
     if (command == "monitor") return monitor(args);
+    if (command == "general") return general(args);
     if (command == "read") return read(args);
     if (command == "send") return send(args);
     if (command == "sim") return sim(args);
