@@ -132,11 +132,11 @@ void GeneralParams::showFips(const std::array<std::string, 16>& fipscodes)
 
 bool GeneralParams::storeFips(std::array<std::string, 16>& fipscodes)
 {
-    for (int n = 1; n <= kFipsBoxes; ++n) {
-        const std::string code = fips[n - 1].empty() ? std::string("000000") : fips[n - 1];
-        fipscodes[static_cast<std::size_t>(n)] = code;
-        if (!key(fipsKey(n) + " " + code)) return false;
-    }
+    for (int n = 1; n <= kFipsBoxes; ++n)
+        fipscodes[static_cast<std::size_t>(n)] = fips[n - 1].empty() ? std::string("000000") : fips[n - 1];
+    if (!engine_.portOpened) return true;  // kept in the document; the scanner gets them with the next send
+    for (int n = 1; n <= kFipsBoxes; ++n)
+        if (!key(fipsKey(n) + " " + fipscodes[static_cast<std::size_t>(n)])) return false;
     return true;
 }
 

@@ -46,7 +46,7 @@ public:
     bool send(const std::array<std::string, 16>& fipscodes);
     bool readFips();
     // "Store": the boxes into fipscodes (1..15; "000000" for a blank box)
-    // and into the scanner.
+    // and, when the port is open, into the scanner.
     bool storeFips(std::array<std::string, 16>& fipscodes);
     // The boxes from fipscodes, "000000" shown blank.
     void showFips(const std::array<std::string, 16>& fipscodes);

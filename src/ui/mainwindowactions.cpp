@@ -11,6 +11,7 @@
 #include "ui/defaultdatawindow.h"
 #include "ui/easyfillwindow.h"
 #include "ui/findwindow.h"
+#include "ui/generalparamswindow.h"
 #include "ui/memorymanagerwindow.h"
 #include "ui/optionswindow.h"
 #include "ui/portsetupwindow.h"
@@ -357,6 +358,19 @@ void MainWindow::menuSetupDefaultData()
 {
     DefaultDataWindow dialog(table_, this);
     dialog.exec();
+}
+
+void MainWindow::menuGeneralParams()
+{
+    commitEdit();
+    Document& doc = table_.doc();
+    const auto codesBefore = doc.fipscodes;
+    const ComSettings com = table_.com;
+    GeneralParamsWindow dialog({doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
+                               {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    dialog.exec();
+    // "Store" keeps the FIPS codes in the document.
+    if (doc.fipscodes != codesBefore) table_.markDirty();
 }
 
 void MainWindow::menuTrunkSettings()

@@ -263,7 +263,7 @@ void MainWindow::buildMenus()
     addEntry(modelMenu_, "vc", "&Virtual Control", true);
     addEntry(modelMenu_, "ditun", "Direct Tune");
     addEntry(modelMenu_, "mnu_prioch", "Priority Channels");
-    addEntry(modelMenu_, "other82", "&Other Options");
+    addEntry(modelMenu_, "other82", "&Other Options", true);
     addEntry(modelMenu_, "setdelay", "&Easy program");
     addEntry(modelMenu_, "debugs", "Send Data Debug");
     modelMenu_->addSeparator();
@@ -346,6 +346,7 @@ void MainWindow::buildMenus()
     connectEntry("runband2", &MainWindow::menuBandplanAllBanks);
     connectEntry("shortkey", &MainWindow::showShortcuts);
     connectEntry("trunkset", &MainWindow::menuTrunkSettings);
+    connectEntry("other82", &MainWindow::menuGeneralParams);
     connectPortEntry("comset", &MainWindow::menuComset);
     const std::pair<const char*, void (MainWindow::*)()> lineEntries[] = {
         {"tabundo", &MainWindow::editUndo},
