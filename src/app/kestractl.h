@@ -15,6 +15,7 @@ int usage(const std::string& problem);
 int convert(const Args& args);
 int detect(const Args& args);
 int monitor(const Args& args);
+int print(const Args& args);
 int read(const Args& args);
 int send(const Args& args);
 int sim(const Args& args);

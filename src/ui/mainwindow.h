@@ -201,6 +201,7 @@ private:
     void menuBandplanAllBanks();
     // Trunk > System Settings: the window trunkconfig.
     void menuTrunkSettings();
+    void menuPrint();
     void showShortcuts();
     void afterFileCommand();
     // Edit and Options entries over LineOperations, with the system clipboard.

@@ -346,6 +346,8 @@ void MainWindow::buildMenus()
     connectEntry("runband2", &MainWindow::menuBandplanAllBanks);
     connectEntry("shortkey", &MainWindow::showShortcuts);
     connectEntry("trunkset", &MainWindow::menuTrunkSettings);
+    action("menuprint")->setEnabled(true);
+    connectEntry("menuprint", &MainWindow::menuPrint);
     connectPortEntry("comset", &MainWindow::menuComset);
     const std::pair<const char*, void (MainWindow::*)()> lineEntries[] = {
         {"tabundo", &MainWindow::editUndo},
