@@ -16,6 +16,7 @@ int convert(const Args& args);
 int detect(const Args& args);
 int general(const Args& args);
 int monitor(const Args& args);
+int print(const Args& args);
 int read(const Args& args);
 int send(const Args& args);
 int sim(const Args& args);

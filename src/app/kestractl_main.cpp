@@ -52,6 +52,14 @@ const char* kUsage =
     "      line START_MS,DURATION_MS,WHAT[,ctcss=HZ|dcs=CODE] each, WHAT being ch=N,\n"
     "      f=MHZ or id=ID; or START_MS,0,keys=K;K;... for front-panel key presses.\n"
     "      The log then also has a SHOW line for each change of the display.\n"
+    "  print IN.mem OUT.pdf --report bank|all|memsearch|search|bandplan|ids [--bank N]\n"
+    "      [--model MODEL] [--date TEXT]\n"
+    "      print a report of IN.mem into a PDF file (A4), as the Print window does:\n"
+    "      bank N (default 1; 11 is the Dummy bank), all memory banks, the memory\n"
+    "      banks and the search ranges, the search ranges, the bandplan, or the\n"
+    "      trunk IDs of bank N (of every bank when no --bank is given). MODEL\n"
+    "      decides which record flag the bank report shows (default: the model\n"
+    "      last chosen in the program); TEXT replaces today's date in the title.\n"
     "  read OUT.mem [--port P] [--banks all|N|A-B] [--merge] [--base IN.mem] [--dir FOLDER]\n"
     "      Read Data: the scanner's channels (all banks, bank N of 1..10, or the\n"
     "      channels A to B) into OUT.mem; --base starts from a file, --merge keeps\n"
@@ -108,6 +116,7 @@ int main(int argc, char** argv)
     if (command == "detect") return detect(args);
     if (command == "monitor") return monitor(args);
     if (command == "general") return general(args);
+    if (command == "print") return print(args);
     if (command == "read") return read(args);
     if (command == "send") return send(args);
     if (command == "sim") return sim(args);

@@ -202,6 +202,7 @@ private:
     // Trunk > System Settings: the window trunkconfig.
     void menuTrunkSettings();
     void menuGeneralParams();
+    void menuPrint();
     void showShortcuts();
     void afterFileCommand();
     // Edit and Options entries over LineOperations, with the system clipboard.

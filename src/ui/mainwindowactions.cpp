@@ -15,6 +15,7 @@
 #include "ui/memorymanagerwindow.h"
 #include "ui/optionswindow.h"
 #include "ui/portsetupwindow.h"
+#include "ui/printwindow.h"
 #include "ui/replacewindow.h"
 #include "ui/transferwindow.h"
 #include "ui/trunkconfigwindow.h"
@@ -378,6 +379,15 @@ void MainWindow::menuTrunkSettings()
     TrunkConfigWindow dialog(table_, lineOps_.get(), this);
     dialog.exec();
     if (dialog.banksMoved()) bankTagsChanged();
+}
+
+void MainWindow::menuPrint()
+{
+    // The reports read the store: the grid goes into it first.
+    commitEdit();
+    table_.createbank();
+    PrintWindow dialog(table_, this);
+    dialog.exec();
 }
 
 void MainWindow::menuResetTableWidth()

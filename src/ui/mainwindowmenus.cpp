@@ -347,6 +347,8 @@ void MainWindow::buildMenus()
     connectEntry("shortkey", &MainWindow::showShortcuts);
     connectEntry("trunkset", &MainWindow::menuTrunkSettings);
     connectEntry("other82", &MainWindow::menuGeneralParams);
+    action("menuprint")->setEnabled(true);
+    connectEntry("menuprint", &MainWindow::menuPrint);
     connectPortEntry("comset", &MainWindow::menuComset);
     const std::pair<const char*, void (MainWindow::*)()> lineEntries[] = {
         {"tabundo", &MainWindow::editUndo},
