@@ -1,5 +1,7 @@
 #include "ui/transferwindow.h"
 
+#include "platform/unboundport.h"
+
 #include "core/memfile.h"
 #include "core/text.h"
 #include "platform/qt/qtext.h"
@@ -31,30 +33,6 @@ constexpr int kRefreshMs = 50;
 
 constexpr int kFrequencies = 0, kTrunkIds = 1, kSearchEvents = 2, kTrunkSettings = 3;
 constexpr const char* kKinds[4] = {"Frequencies", "Trunk Id's", "Search Events", "Trunk Bank Settings"};
-
-// A port number bound to nothing: it never opens, so the window shows the
-// "in use or not available" message at load and the watchdog runs its course.
-class UnboundPort : public SerialPort {
-public:
-    void setCommPort(int port) override { port_ = port; }
-    int commPort() const override { return port_; }
-    void setSettings(const std::string& settings) override { settings_ = settings; }
-    std::string settings() const override { return settings_; }
-    OpenResult open() override { return OpenResult::NoSuchPort; }
-    void close() override {}
-    bool isOpen() const override { return false; }
-    void setRThreshold(int threshold) override { threshold_ = threshold; }
-    int rThreshold() const override { return threshold_; }
-    std::string input() override { return {}; }
-    std::size_t inBufferCount() const override { return 0; }
-    void output(const std::string&) override {}
-    void setOnReceive(std::function<void()>) override {}
-
-private:
-    int port_ = 0;
-    int threshold_ = 0;
-    std::string settings_;
-};
 
 // Text10 takes digits, minus, point and control characters only.
 bool rangeKeyPasses(const QString& text)
