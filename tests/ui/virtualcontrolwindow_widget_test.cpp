@@ -461,7 +461,9 @@ TEST_F(VirtualControlTest, TheSrcExtenderTabLoadsRangeJBetweenPollsAndTheScanner
     vc->sstab1()->setCurrentIndex(2);
     EXPECT_EQ(vc->sstab1()->tabText(2), "Src Extender");
     sent.clear();
+    QCoreApplication::processEvents();
     const QRect cell = grid->visualItemRect(grid->item(0, 1));
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
     QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
     EXPECT_EQ(keysSent(), (std::vector<std::string>{"KEY07\r", "LL04530000 J\r", "LU04540000 J\r", "TA S J Utility\r",
                                                     "KEY01\r", "KEY09\r", "CB J\r", "RM NFM\r", "ST 12.5K\r"}));
