@@ -59,6 +59,14 @@ std::optional<std::string> coverageLimit(std::string_view text, LimitKind kind)
     return std::nullopt;
 }
 
+std::string searchLimit(std::string_view text)
+{
+    const long long units = freqUnits(text);
+    if (units == 0) return "0";
+    const std::string plain = unitsText(units);
+    return coverageLimit(plain, LimitKind::Check).value_or(plain);
+}
+
 std::optional<std::pair<int, int>> trunkRange(int type)
 {
     switch (type) {

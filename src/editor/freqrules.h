@@ -44,6 +44,11 @@ struct Rasters {
 enum class LimitKind { Entry, Check };
 std::optional<std::string> coverageLimit(std::string_view text, LimitKind kind);
 
+// A limit of a search range as it goes to the scanner: the plain value of
+// the text, moved into the tunable bands (25 to 512, 806 to 956 and 1240 to
+// 1300 MHz) by the table check's limits; 0 (no limit) stays "0".
+std::string searchLimit(std::string_view text);
+
 // The lowest and highest whole MHz of a trunk system type 1..7; nothing for
 // other types.
 std::optional<std::pair<int, int>> trunkRange(int type);

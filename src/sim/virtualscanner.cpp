@@ -419,7 +419,10 @@ std::string VirtualScanner::priorityCommand(std::string_view args)
 }
 
 // "SB" search ranges, "CB" scan banks, "IS" ID lists of the bank on the
-// display: the letters of those taking part; with letters, exactly those take part.
+// display: the letters of those taking part; with letters, exactly those take
+// part. In a search the bank keys choose ranges: "CB" with letters then sets
+// the ranges that search, and a search whose range left the list goes on in
+// the first one that is in it.
 std::string VirtualScanner::activeCommand(std::string_view line)
 {
     const std::string_view name = line.substr(0, 2);
@@ -432,9 +435,11 @@ std::string VirtualScanner::activeCommand(std::string_view line)
     if (line[2] != ' ') return kErr;
     const auto flags = flagsOfLetters(line.substr(3));
     if (!flags) return kNg;
-    if (name == "SB") memory_.searchRanges = *flags;
+    const bool ranges = name == "SB" || (name == "CB" && searching());
+    if (ranges) memory_.searchRanges = *flags;
     else if (name == "CB") memory_.scanBanks = *flags;
     else for (int l = 0; l < kLists; ++l) lists[l].active = (*flags)[l];
+    if (ranges && searching() && !memory_.searchRanges[range_]) startSearch();
     return kOk;
 }
 

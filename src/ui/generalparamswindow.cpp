@@ -1,6 +1,7 @@
 #include "ui/generalparamswindow.h"
 
 #include "platform/qt/qtext.h"
+#include "platform/unboundport.h"
 #include "ui/widgets/keyfilter.h"
 
 #include <QComboBox>

@@ -194,6 +194,10 @@ private:
     void menuVirtualControl();
     // Trunk > ID List: the "Trunk Id's:" window on the bank on view.
     void menuIdList();
+    // mainwindowsearch.cpp
+    void menuSearchEvents();
+    void menuSearchExtender();
+    void menuActiveBanks();
     void menuSetupDefaultData();
     void menuResetTableWidth();
     void menuCheckTable();

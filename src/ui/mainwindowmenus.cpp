@@ -276,15 +276,15 @@ void MainWindow::buildMenus()
 
     // Search
     QMenu* search = topMenu("srcmenu1", "Sea&rch");
-    addEntry(search, "redit", "&Range Editor");
-    addEntry(search, "sextender", "Search Range &Extender");
+    addEntry(search, "redit", "&Range Editor", true);
+    addEntry(search, "sextender", "Search Range &Extender", true);
     addEntry(search, "srclockout", "&Lockout Frequencies");
 
     // Setup
     QMenu* setup = topMenu("setupdt", "&Setup");
     addEntry(setup, "preset_step", "Preset &Offset Settings");
     addEntry(setup, "tbtags", "&Bank Tags");
-    addEntry(setup, "set_search", "&Active Banks");
+    addEntry(setup, "set_search", "&Active Banks", true);
     addEntry(setup, "setdef", "Setup &Default Data", true);
     addEntry(setup, "soft_options", "&Software Options", true);
 
@@ -407,6 +407,9 @@ void MainWindow::buildMenus()
     connectPortEntry("menread", &MainWindow::menuReadData);
     connectPortEntry("memsend", &MainWindow::menuSendData);
     connectEntry("vc", &MainWindow::menuVirtualControl);
+    connectPortEntry("redit", &MainWindow::menuSearchEvents);
+    connectPortEntry("sextender", &MainWindow::menuSearchExtender);
+    connectEntry("set_search", &MainWindow::menuActiveBanks);
 }
 
 void MainWindow::buildToolbars()

@@ -1,5 +1,7 @@
 #include "ui/transferwindow.h"
 
+#include "platform/unboundport.h"
+
 #include "core/memfile.h"
 #include "core/text.h"
 #include "platform/qt/qtext.h"
@@ -31,7 +33,6 @@ constexpr int kRefreshMs = 50;
 
 constexpr int kFrequencies = 0, kTrunkIds = 1, kSearchEvents = 2, kTrunkSettings = 3;
 constexpr const char* kKinds[4] = {"Frequencies", "Trunk Id's", "Search Events", "Trunk Bank Settings"};
-
 
 // Text10 takes digits, minus, point and control characters only.
 bool rangeKeyPasses(const QString& text)

@@ -309,19 +309,6 @@ void VirtualControlWindow::storeTabs()
     vfo_.option[7] = audio_->recordOutOn() ? 1 : 0;
 }
 
-QWidget* VirtualControlWindow::buildLaterTab(const char* name, const char* what)
-{
-    auto* page = new QWidget;
-    page->setObjectName(name);
-    auto* layout = new QVBoxLayout(page);
-    auto* note = new QLabel(QString::fromUtf8(what) + " comes in a later version of Kestra Console.", page);
-    note->setObjectName("later");
-    note->setAlignment(Qt::AlignCenter);
-    note->setWordWrap(true);
-    layout->addWidget(note);
-    return page;
-}
-
 QWidget* VirtualControlWindow::buildFontTab()
 {
     auto* page = new QWidget;

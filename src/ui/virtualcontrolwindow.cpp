@@ -205,7 +205,7 @@ void VirtualControlWindow::buildFrame()
     sstab1_->tabBar()->setStyleSheet("QTabBar::tab { padding: 4px 7px; }");
     sstab1_->addTab(buildKeyboardTab(), "Keyboard");
     sstab1_->addTab(buildHistoryTab(), "History");
-    sstab1_->addTab(buildLaterTab("Src Extender", "The Search Range Extender"), "Src Extender");
+    sstab1_->addTab(buildExtenderTab(), "Src Extender");
     sstab1_->addTab(buildLogSetupTab(), "Log Setup");
     sstab1_->addTab(buildAudioSetupTab(), "Audio Setup");
     sstab1_->addTab(buildAudioRecTab(), "Audio Rec.");

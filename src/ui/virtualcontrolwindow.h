@@ -192,8 +192,9 @@ private:
     void showPlayButton();
     void playHistoryRow(int row);
     void saveHistoryAs();
+    // virtualcontrolextender.cpp
+    QWidget* buildExtenderTab();
     // virtualcontroltabs.cpp
-    QWidget* buildLaterTab(const char* name, const char* what);
     QWidget* buildLogSetupTab();
     QWidget* buildAudioSetupTab();
     QWidget* buildAudioRecTab();

@@ -345,3 +345,17 @@ TEST(ApplyBandplan, FillsModeAndStepOfTheLinesWithAFrequency)
     applybandplanall(doc, s);
     EXPECT_EQ(doc.memdata[0][3][col::mode], "y");
 }
+
+TEST(SearchLimits, PlainValuesMovedIntoTheTunableBands)
+{
+    EXPECT_EQ(searchLimit("600"), "512");
+    EXPECT_EQ(searchLimit("1000"), "956");
+    EXPECT_EQ(searchLimit("1250"), "1250");       // inside the top band
+    EXPECT_EQ(searchLimit("0958.5000"), "958.5");  // the table check's gap starts above 960
+    EXPECT_EQ(searchLimit("20"), "25");
+    EXPECT_EQ(searchLimit("1400.5"), "1300");
+    EXPECT_EQ(searchLimit("0162.5500"), "162.55");
+    EXPECT_EQ(searchLimit("0"), "0");             // no limit stays none
+    EXPECT_EQ(searchLimit(""), "0");
+    EXPECT_EQ(searchLimit("x"), "0");
+}

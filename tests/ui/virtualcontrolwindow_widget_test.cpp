@@ -10,6 +10,7 @@
 
 #include "ui/transferwindow.h"
 #include "ui/virtualcontrolwindow.h"
+#include "ui/widgets/extendergrid.h"
 #include "ui/widgets/lcdpanel.h"
 #include "ui/widgets/panelkey.h"
 #include "ui/widgets/tuningknob.h"
@@ -444,6 +445,33 @@ TEST_F(VirtualControlTest, TenThousandHitsKeepTheHistoryAtAHundredRowsAtASteadyC
     EXPECT_LT(lastKb - firstKb, 4096) << "the window grows with the hits";
     vc->close();
     EXPECT_EQ(fileLines("log.csv").size(), 10001u);
+}
+
+TEST_F(VirtualControlTest, TheSrcExtenderTabLoadsRangeJBetweenPollsAndTheScannerSearchesIt)
+{
+    startWith();
+    test::writeBytes(dir.path() / "SEARCH.TXT", "presets\r\n\r\nstart,end,mode,step,tag,x\r\n"
+                                                "\"0453.0000\",\"0454.0000\",\"NFM\",\"12.5\",\"Utility\",\"\"\r\n");
+    VirtualControlWindow* vc = open();
+    ASSERT_NE(vc, nullptr);
+    run(1000);
+    auto* grid = vc->findChild<ExtenderGrid*>("sgrid");
+    ASSERT_NE(grid, nullptr);
+    ASSERT_EQ(grid->rowCount(), 1);
+    vc->sstab1()->setCurrentIndex(2);
+    EXPECT_EQ(vc->sstab1()->tabText(2), "Src Extender");
+    sent.clear();
+    QCoreApplication::processEvents();
+    const QRect cell = grid->visualItemRect(grid->item(0, 1));
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+    EXPECT_EQ(keysSent(), (std::vector<std::string>{"KEY07\r", "LL04530000 J\r", "LU04540000 J\r", "TA S J Utility\r",
+                                                    "KEY01\r", "KEY09\r", "CB J\r", "RM NFM\r", "ST 12.5K\r"}));
+    run(3000);
+    // Polling goes on, and the panel shows the search in range 10.
+    EXPECT_EQ(sent.back(), "LCD\r");
+    EXPECT_EQ(scanner().memory().search[9].tag, "Utility");
+    EXPECT_TRUE(vc->lcd()->text(1).contains("453.")) << vc->lcd()->text(1).toStdString();
 }
 
 } // namespace

@@ -199,7 +199,9 @@ TEST(ControlLoop, OneLostReplyInFiftyCostsNoStateChange)
         EXPECT_LE(rig.loop->retries(), 1);
         EXPECT_TRUE(rig.dialogs.shown.empty());
         EXPECT_GT(signalled, 0);
-        if (lossy) EXPECT_GE(replies, 200);
+        if (lossy) {
+            EXPECT_GE(replies, 200);
+        }
         return seen;
     };
     const auto clean = states(false);
