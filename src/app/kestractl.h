@@ -14,6 +14,8 @@ int usage(const std::string& problem);
 
 int convert(const Args& args);
 int detect(const Args& args);
+int exportCsv(const Args& args);
+int import(const Args& args);
 int monitor(const Args& args);
 int read(const Args& args);
 int send(const Args& args);
