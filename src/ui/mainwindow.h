@@ -18,6 +18,7 @@
 #include "editor/cellentry.h"
 #include "editor/frequencyentry.h"
 #include "editor/lineops.h"
+#include "importexport/memimport.h"
 
 #include "platform/appfolder.h"
 
@@ -202,6 +203,14 @@ private:
     // Trunk > System Settings: the window trunkconfig.
     void menuTrunkSettings();
     void showShortcuts();
+    // File > Import and Export: Advanced Data Import, WebCatcher, CSV, CHIRP.
+    void menuAdvancedImport();
+    void menuWebCatcher();
+    void menuExportCsv();
+    void menuImportIcf();
+    void menuImportMem(MemImportKind kind);
+    void menuImportChirp();
+    void menuExportChirp();
     void afterFileCommand();
     // Edit and Options entries over LineOperations, with the system clipboard.
     void editUndo();
