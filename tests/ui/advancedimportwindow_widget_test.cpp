@@ -125,5 +125,25 @@ TEST_F(AdvancedImportWindowTest, CsvExportWindowWritesTheBankOnViewUnderACsvName
     EXPECT_EQ(lines[2], "2,102,0155.4750,Sheriff North,Off,None,Off,Off,None,Off,Off,FM,5.0");
 }
 
+TEST_F(AdvancedImportWindowTest, ChirpEntriesWriteTheBanksAndReadThemIntoTheBankOnView)
+{
+    typeInto(1, col::freq, "155.475");
+    typeInto(1, col::tag, "Sheriff");
+    dialogs.files = {dir.file("list")};
+    trigger("expchirp");
+    const std::vector<std::string> lines = fileLines("list.csv");
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_TRUE(lines[1].starts_with("0,Sheriff,155.475000,")) << lines[1];
+
+    writeBytes(dir.file("more.csv"), "Frequency,Name,Mode\r\n162.550,Weather,FM\r\n700.0,Gap,FM\r\n");
+    table->changeBank(4);
+    dialogs.files = {dir.file("more.csv")};
+    trigger("impchirp");
+    EXPECT_EQ(messages().back(), "1 channel taken, 1 line refused.\r\nLine 3: 700.0 MHz is outside the scanner's coverage");
+    EXPECT_EQ(cell(1, col::freq), "0162.5500");
+    EXPECT_EQ(cell(1, col::tag), "Weather");
+    EXPECT_EQ(cell(2, col::freq), "");
+}
+
 } // namespace
 } // namespace kestra
