@@ -14,7 +14,9 @@ int usage(const std::string& problem);
 
 int convert(const Args& args);
 int detect(const Args& args);
+int exportCsv(const Args& args);
 int general(const Args& args);
+int import(const Args& args);
 int monitor(const Args& args);
 int print(const Args& args);
 int read(const Args& args);

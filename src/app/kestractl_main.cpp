@@ -18,6 +18,18 @@ const char* kUsage =
     "      MODEL is BC250D, BC296D, BC785D, BC796D or UBC3300 (default: the model\n"
     "      last chosen in the program). FOLDER holds setup.ini and the other files\n"
     "      of the program (default: the program's own folder).\n"
+    "  import IN OUT.mem [--format csv|text|html|icf|mem|chirp] [--bank N] [--base IN.mem] [--dir FOLDER]\n"
+    "      bring frequencies from IN into a document and save it as OUT.mem. csv,\n"
+    "      text and html harvest every frequency found (Advanced Data Import) and\n"
+    "      write the first 100 into bank N (1..10 or D, default 1) from channel 1;\n"
+    "      chirp reads a CHIRP CSV list into the channels from bank N on and prints\n"
+    "      what was taken and refused; icf writes the eight ICF banks into banks 1\n"
+    "      to 8; mem takes the channels and trunk IDs of another MEM file (bank N\n"
+    "      only, when given). The format follows the extension when not given. --base starts\n"
+    "      from a MEM file instead of an empty document.\n"
+    "  export IN.mem OUT.csv [--format bank|ids|search|bandplan|chirp] [--bank N] [--dir FOLDER]\n"
+    "      write one table of IN.mem as CSV: the channels (of bank N, or all ten),\n"
+    "      the trunk IDs, the search ranges, the bandplan, or a CHIRP CSV list.\n"
     "  detect [--dir FOLDER]\n"
     "      AutoDetect: try every bound port of FOLDER at every speed and print\n"
     "      \"port N, baud B, model M\" for the last scanner that answered; exit\n"
@@ -114,6 +126,8 @@ int main(int argc, char** argv)
     args.erase(args.begin());
     if (command == "convert") return convert(args);
     if (command == "detect") return detect(args);
+    if (command == "export") return exportCsv(args);
+    if (command == "import") return import(args);
     if (command == "monitor") return monitor(args);
     if (command == "general") return general(args);
     if (command == "print") return print(args);

@@ -65,3 +65,16 @@ bool convertMem(const ConvertRequest& request, Dialogs& dialogs, ProfileStore& p
 }
 
 } // namespace kestra
+
+namespace kestra {
+
+HeadlessTable::HeadlessTable(const std::string& folderPath, Dialogs& dialogs, ProfileStore& profile)
+    : folder(folderPath), table(doc, settings, grid, {dialogs, profile, scheduler, folder})
+{
+    installTableCheck(table);
+    table.readProfile();
+    table.readSettingsFiles();
+    table.formLoad();
+}
+
+} // namespace kestra

@@ -28,3 +28,25 @@ MemKind memKindOf(const std::string& path, std::string_view firstBytes);
 bool convertMem(const ConvertRequest& request, Dialogs& dialogs, ProfileStore& profile);
 
 } // namespace kestra
+
+#include "core/grid.h"
+#include "core/memtable.h"
+#include "platform/appfolder.h"
+#include "platform/fake/virtualscheduler.h"
+
+namespace kestra {
+
+// The main window's routines without a window, for the headless commands:
+// the settings of a folder read as at start-up, the model of the per-user
+// store, and the state Form Load leaves.
+struct HeadlessTable {
+    HeadlessTable(const std::string& folderPath, Dialogs& dialogs, ProfileStore& profile);
+    Document doc;
+    Settings settings;
+    Grid grid;
+    VirtualScheduler scheduler;
+    AppFolder folder;
+    MemTable table;
+};
+
+} // namespace kestra

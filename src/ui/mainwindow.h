@@ -18,6 +18,7 @@
 #include "editor/cellentry.h"
 #include "editor/frequencyentry.h"
 #include "editor/lineops.h"
+#include "importexport/memimport.h"
 
 #include "platform/appfolder.h"
 
@@ -208,6 +209,14 @@ private:
     void menuGeneralParams();
     void menuPrint();
     void showShortcuts();
+    // File > Import and Export: Advanced Data Import, WebCatcher, CSV, CHIRP.
+    void menuAdvancedImport();
+    void menuWebCatcher();
+    void menuExportCsv();
+    void menuImportIcf();
+    void menuImportMem(MemImportKind kind);
+    void menuImportChirp();
+    void menuExportChirp();
     void afterFileCommand();
     // Edit and Options entries over LineOperations, with the system clipboard.
     void editUndo();

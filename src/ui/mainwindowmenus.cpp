@@ -147,15 +147,18 @@ void MainWindow::buildMenus()
     addEntry(file, "savenu", "&Save", true);
     addEntry(file, "tabsaveas", "Save &As", true);
     file->addSeparator();
-    QMenu* imp = addSubmenu(file, "mnuimp2", "&Import", false);
+    QMenu* imp = addSubmenu(file, "mnuimp2", "&Import", true);
     addEntry(imp, "impicf", "Import &ICF File");
-    addEntry(imp, "impadv", "Import ICF File &Advanced...");
-    addEntry(imp, "imp_ic2", "Frequencies from MEM File...");
-    addEntry(imp, "imp_trtags", "Trunk ID's and Tags from MEM file");
+    addEntry(imp, "impadv", "Import ICF File &Advanced...", true);
+    addEntry(imp, "imp_ic2", "Frequencies from MEM File...", true);
+    addEntry(imp, "imp_trtags", "Trunk ID's and Tags from MEM file", true);
     addEntry(imp, "imp_trset", "Trunk Settings from MEM file");
     addEntry(imp, "impsrc1", "Search Range Data from MEM file");
+    addEntry(imp, "impchirp", "CHIRP CSV...", true);
     addEntry(file, "open_780file", "Open LORVEN mem file", true);
-    addEntry(file, "expcsv", "&Export CSV Data");
+    addEntry(file, "expcsv", "&Export CSV Data", true);
+    QMenu* exp = addSubmenu(file, "mnuexp", "Export", true);
+    addEntry(exp, "expchirp", "CHIRP CSV...", true);
     file->addSeparator();
     addEntry(file, "menuprint", "&Print...");
     addEntry(file, "setup_print", "Setup Printer Layout");
@@ -163,8 +166,8 @@ void MainWindow::buildMenus()
     addEntry(file, "filenaam", "No old Files");
     for (int i = 1; i < 4; ++i) addEntry(file, "filenaam", "")->setVisible(false);
     file->addSeparator();
-    addEntry(file, "imp_csv", "&Advanced Data Import");
-    addEntry(file, "catch", "Web Frequency &Catcher");
+    addEntry(file, "imp_csv", "&Advanced Data Import", true);
+    addEntry(file, "catch", "Web Frequency &Catcher", true);
     addEntry(file, "backrest", "&Backup and Restore", true);
     file->addSeparator();
     addEntry(file, "exit_tab", "E&xit", true);
@@ -350,6 +353,14 @@ void MainWindow::buildMenus()
     action("menuprint")->setEnabled(true);
     connectEntry("menuprint", &MainWindow::menuPrint);
     connectPortEntry("comset", &MainWindow::menuComset);
+    connectEntry("imp_csv", &MainWindow::menuAdvancedImport);
+    connectEntry("catch", &MainWindow::menuWebCatcher);
+    connectEntry("expcsv", &MainWindow::menuExportCsv);
+    connectEntry("impadv", &MainWindow::menuImportIcf);
+    connect(action("imp_ic2"), &QAction::triggered, this, [this] { menuImportMem(MemImportKind::Frequencies); });
+    connect(action("imp_trtags"), &QAction::triggered, this, [this] { menuImportMem(MemImportKind::TrunkIds); });
+    connectEntry("impchirp", &MainWindow::menuImportChirp);
+    connectEntry("expchirp", &MainWindow::menuExportChirp);
     const std::pair<const char*, void (MainWindow::*)()> lineEntries[] = {
         {"tabundo", &MainWindow::editUndo},
         {"tab_cut", &MainWindow::editCut},
