@@ -1,7 +1,6 @@
 #include "ui/generalparamswindow.h"
 
 #include "platform/qt/qtext.h"
-#include "platform/unboundport.h"
 #include "ui/widgets/keyfilter.h"
 
 #include <QComboBox>
@@ -40,16 +39,12 @@ QPushButton* namedButton(const char* caption, const char* name, QWidget* parent)
 } // namespace
 
 GeneralParamsWindow::GeneralParamsWindow(TransferWindow::Services services, TransferWindow::Link link, QWidget* parent)
-    : QDialog(parent), services_(services), port_(std::move(link.port))
+    : ScannerDialog(services, std::move(link), parent)
 {
-    if (!port_) port_ = std::make_unique<UnboundPort>();
     setObjectName("bc780set");
     const Names names = namesOf(services_.doc.model);
     setWindowTitle(names.caption);
-    setModal(true);
-    engine_ = std::make_unique<ExchangeEngine>(*port_, services_.scheduler, services_.dialogs, services_.settings,
-                                               link.comport, link.baud, ExchangeEngine::Caption::ReadData);
-    params_ = std::make_unique<GeneralParams>(*engine_, services_.doc.model.bc785d);
+    params_ = std::make_unique<GeneralParams>(engine(), services_.doc.model.bc785d);
 
     auto* general = new QGroupBox("General:", this);
     auto* form = new QFormLayout(general);
@@ -116,30 +111,12 @@ GeneralParamsWindow::GeneralParamsWindow(TransferWindow::Services services, Tran
     connect(close_, &QPushButton::clicked, this, &QDialog::accept);
 }
 
-GeneralParamsWindow::~GeneralParamsWindow()
-{
-    engine_->stopflag = 1;
-    port_->close();
-}
-
-void GeneralParamsWindow::showEvent(QShowEvent* event)
-{
-    QDialog::showEvent(event);
-    formLoad();
-}
-
-void GeneralParamsWindow::formLoad()
-{
-    if (loaded_) return;
-    loaded_ = true;
-    engine_->openForm(services_.doc.model.bc785d);
-    busy(false);
-}
+GeneralParamsWindow::~GeneralParamsWindow() = default;
 
 void GeneralParamsWindow::busy(bool on)
 {
     // Without the scanner nothing can be read or sent; the codes can still be stored.
-    const bool line = engine_->portOpened;
+    const bool line = lineOpen();
     for (QPushButton* b : {command1_, command2_, command4_}) b->setEnabled(!on && line);
     for (QPushButton* b : {command5_, close_}) b->setEnabled(!on);
 }

@@ -1,17 +1,14 @@
 #pragma once
 // The window bc780set, "General parameters": the scanner's nine system
 // options, the fifteen FIPS codes and the reset of the whole scanner, on a
-// port of its own opened when the window shows. Read and send run inside the
-// click, each key waiting its delay; the window stays responsive meanwhile.
+// port of its own opened when the window shows.
 //
 // The rules and the walks are in link/generalparams.h.
 
 #include "core/document.h"
 #include "core/settings.h"
 #include "link/generalparams.h"
-#include "ui/transferwindow.h"
-
-#include <QDialog>
+#include "ui/widgets/scannerdialog.h"
 
 #include <array>
 #include <memory>
@@ -23,14 +20,11 @@ class QPushButton;
 
 namespace kestra {
 
-class GeneralParamsWindow : public QDialog {
+class GeneralParamsWindow : public ScannerDialog {
     Q_OBJECT
 public:
     GeneralParamsWindow(TransferWindow::Services services, TransferWindow::Link link, QWidget* parent = nullptr);
     ~GeneralParamsWindow() override;
-
-    // Opens the port and wakes the scanner; runs by itself when the window shows.
-    void formLoad();
 
     QComboBox* option(int index) const { return options_[static_cast<std::size_t>(index)]; }
     QLineEdit* fipsBox(int n) const { return fips_[static_cast<std::size_t>(n - 1)]; }
@@ -42,10 +36,8 @@ public:
     QPushButton* clearButton() const { return command6_; }
     QLabel* progress() const { return progress_; }
 
-protected:
-    void showEvent(QShowEvent* event) override;
-
 private:
+    void lineChanged() override { busy(false); }
     void readScanner();
     void sendScanner();
     void store();
@@ -54,11 +46,7 @@ private:
     void paramsToControls();
     void busy(bool on);
 
-    TransferWindow::Services services_;
-    std::unique_ptr<SerialPort> port_;
-    std::unique_ptr<ExchangeEngine> engine_;
     std::unique_ptr<GeneralParams> params_;
-    bool loaded_ = false;
 
     std::array<QComboBox*, kGeneralOptions> options_{};
     std::array<QLineEdit*, kFipsBoxes> fips_{};

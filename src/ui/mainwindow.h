@@ -207,6 +207,9 @@ private:
     // Trunk > System Settings: the window trunkconfig.
     void menuTrunkSettings();
     void menuGeneralParams();
+    void menuPriorityChannels();
+    void menuEasyProgram();
+    void menuBankTags();
     void menuPrint();
     void showShortcuts();
     // File > Import and Export: Advanced Data Import, WebCatcher, CSV, CHIRP.

@@ -11,7 +11,10 @@
 #include "ui/defaultdatawindow.h"
 #include "ui/easyfillwindow.h"
 #include "ui/findwindow.h"
+#include "ui/banktagswindow.h"
+#include "ui/easyprogramwindow.h"
 #include "ui/generalparamswindow.h"
+#include "ui/prioritywindow.h"
 #include "ui/memorymanagerwindow.h"
 #include "ui/optionswindow.h"
 #include "ui/portsetupwindow.h"
@@ -372,6 +375,39 @@ void MainWindow::menuGeneralParams()
     dialog.exec();
     // "Store" keeps the FIPS codes in the document.
     if (doc.fipscodes != codesBefore) table_.markDirty();
+}
+
+void MainWindow::menuPriorityChannels()
+{
+    commitEdit();
+    Document& doc = table_.doc();
+    const ComSettings com = table_.com;
+    PriorityWindow dialog({doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
+                          {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    dialog.exec();
+}
+
+void MainWindow::menuEasyProgram()
+{
+    commitEdit();
+    Document& doc = table_.doc();
+    const ComSettings com = table_.com;
+    EasyProgramWindow dialog({doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
+                             {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    dialog.exec();
+}
+
+void MainWindow::menuBankTags()
+{
+    commitEdit();
+    Document& doc = table_.doc();
+    const ComSettings com = table_.com;
+    BankTagsWindow dialog({doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
+                          {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    if (dialog.exec() == QDialog::Accepted && dialog.keep()) {
+        table_.markDirty();
+        bankTagsChanged();
+    }
 }
 
 void MainWindow::menuTrunkSettings()

@@ -265,9 +265,9 @@ void MainWindow::buildMenus()
     modelMenu_->addSeparator();
     addEntry(modelMenu_, "vc", "&Virtual Control", true);
     addEntry(modelMenu_, "ditun", "Direct Tune");
-    addEntry(modelMenu_, "mnu_prioch", "Priority Channels");
+    addEntry(modelMenu_, "mnu_prioch", "Priority Channels", true);
     addEntry(modelMenu_, "other82", "&Other Options", true);
-    addEntry(modelMenu_, "setdelay", "&Easy program");
+    addEntry(modelMenu_, "setdelay", "&Easy program", true);
     addEntry(modelMenu_, "debugs", "Send Data Debug");
     modelMenu_->addSeparator();
     addEntry(modelMenu_, "comset", "Rs232 &Communication and Scanner Model Setup", true);
@@ -286,7 +286,7 @@ void MainWindow::buildMenus()
     // Setup
     QMenu* setup = topMenu("setupdt", "&Setup");
     addEntry(setup, "preset_step", "Preset &Offset Settings");
-    addEntry(setup, "tbtags", "&Bank Tags");
+    addEntry(setup, "tbtags", "&Bank Tags", true);
     addEntry(setup, "set_search", "&Active Banks", true);
     addEntry(setup, "setdef", "Setup &Default Data", true);
     addEntry(setup, "soft_options", "&Software Options", true);
@@ -349,7 +349,10 @@ void MainWindow::buildMenus()
     connectEntry("runband2", &MainWindow::menuBandplanAllBanks);
     connectEntry("shortkey", &MainWindow::showShortcuts);
     connectEntry("trunkset", &MainWindow::menuTrunkSettings);
-    connectEntry("other82", &MainWindow::menuGeneralParams);
+    connectPortEntry("other82", &MainWindow::menuGeneralParams);
+    connectPortEntry("mnu_prioch", &MainWindow::menuPriorityChannels);
+    connectPortEntry("setdelay", &MainWindow::menuEasyProgram);
+    connectEntry("tbtags", &MainWindow::menuBankTags);
     action("menuprint")->setEnabled(true);
     connectEntry("menuprint", &MainWindow::menuPrint);
     connectPortEntry("comset", &MainWindow::menuComset);
