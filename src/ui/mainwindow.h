@@ -21,6 +21,7 @@
 #include "importexport/memimport.h"
 
 #include "platform/appfolder.h"
+#include "ui/transferwindow.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -76,6 +77,10 @@ public:
     // The program's ports. Without ports of the program's own (setPorts), the
     // window makes them over its folder the first time they are asked for.
     ProgramPorts& ports();
+    // What a window with a port of its own is given: the document and its
+    // services, and the scanner's port of com250.ini.
+    TransferWindow::Services windowServices();
+    TransferWindow::Link scannerLink();
     void setPorts(ProgramPorts* ports) { ports_ = ports; }
     // The sound capture device the Virtual Control records from; it must
     // outlive the Virtual Control. None set: the Virtual Control takes the

@@ -240,6 +240,18 @@ void MainWindow::menuComset()
     updateCaption();
 }
 
+TransferWindow::Services MainWindow::windowServices()
+{
+    return {table_.doc(), table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()};
+}
+
+// The scanner's port of com250.ini for a window that opens it for itself.
+TransferWindow::Link MainWindow::scannerLink()
+{
+    const ComSettings& com = table_.com;
+    return {ports().port(com.port, table_.doc().model.model()), com.port, com.baud};
+}
+
 void MainWindow::menuReadData()
 {
     // Reading clears what it reads: the unsaved document may be saved first,
@@ -249,10 +261,7 @@ void MainWindow::menuReadData()
     if (!table_.createbank()) return;
     Document& doc = table_.doc();
     const ModelSwitches modelBefore = doc.model;
-    const ComSettings com = table_.com;
-    TransferWindow dialog(TransferWindow::Caption::ReadData,
-                   {doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
-                   {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    TransferWindow dialog(TransferWindow::Caption::ReadData, windowServices(), scannerLink(), this);
     dialog.exec();
 
     // The bank tags read when the window opened replace the document's after
@@ -293,10 +302,7 @@ void MainWindow::menuSendData()
         table_.fillgrid();
     }
     const ModelSwitches modelBefore = doc.model;
-    const ComSettings com = table_.com;
-    TransferWindow dialog(TransferWindow::Caption::SendData,
-                   {doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
-                   {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    TransferWindow dialog(TransferWindow::Caption::SendData, windowServices(), scannerLink(), this);
     dialog.exec();
     if (dialog.runFinished()) {
         statusBar()->showMessage(toQt(dialog.engine().finishedLine()), kRunLineMs);
@@ -369,9 +375,7 @@ void MainWindow::menuGeneralParams()
     commitEdit();
     Document& doc = table_.doc();
     const auto codesBefore = doc.fipscodes;
-    const ComSettings com = table_.com;
-    GeneralParamsWindow dialog({doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
-                               {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    GeneralParamsWindow dialog(windowServices(), scannerLink(), this);
     dialog.exec();
     // "Store" keeps the FIPS codes in the document.
     if (doc.fipscodes != codesBefore) table_.markDirty();
@@ -380,30 +384,21 @@ void MainWindow::menuGeneralParams()
 void MainWindow::menuPriorityChannels()
 {
     commitEdit();
-    Document& doc = table_.doc();
-    const ComSettings com = table_.com;
-    PriorityWindow dialog({doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
-                          {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    PriorityWindow dialog(windowServices(), scannerLink(), this);
     dialog.exec();
 }
 
 void MainWindow::menuEasyProgram()
 {
     commitEdit();
-    Document& doc = table_.doc();
-    const ComSettings com = table_.com;
-    EasyProgramWindow dialog({doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
-                             {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    EasyProgramWindow dialog(windowServices(), scannerLink(), this);
     dialog.exec();
 }
 
 void MainWindow::menuBankTags()
 {
     commitEdit();
-    Document& doc = table_.doc();
-    const ComSettings com = table_.com;
-    BankTagsWindow dialog({doc, table_.settings(), table_.dialogs(), table_.scheduler(), folder_.path()},
-                          {ports().port(com.port, doc.model.model()), com.port, com.baud}, this);
+    BankTagsWindow dialog(windowServices(), scannerLink(), this);
     if (dialog.exec() == QDialog::Accepted && dialog.keep()) {
         table_.markDirty();
         bankTagsChanged();
