@@ -359,11 +359,31 @@ std::string folderOf(const std::string& path)
 }
 } // namespace
 
+std::string MemTable::startFolder(const std::string& last) const
+{
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    const fs::path own = fs::weakly_canonical(services_.folder.path(), ec);
+    const auto usable = [&](const fs::path& folder) {
+        if (folder.empty() || !fs::is_directory(folder, ec)) return false;
+        const fs::path canonical = fs::weakly_canonical(folder, ec);
+        // The program's folder and anything inside it are not the user's.
+        const auto [ownEnd, folderEnd] = std::mismatch(own.begin(), own.end(), canonical.begin(), canonical.end());
+        return ownEnd != own.end();
+    };
+    if (!doc_.fnaam.empty() && !startsWith(doc_.fnaam, "Untitled")) {
+        const fs::path current = fs::path(doc_.fnaam).parent_path();
+        if (usable(current)) return current.string();
+    }
+    if (usable(last)) return last;
+    return AppFolder::documents().string();
+}
+
 void MemTable::fileOpen()
 {
     view_->commitEdit();
     if (!askClearTable()) return;
-    auto name = services_.dialogs.openFile({"Open", "KESTRA Data Files|*.mem|All Files|*.*", opendir, {}});
+    auto name = services_.dialogs.openFile({"Open", "KESTRA Data Files|*.mem|All Files|*.*", startFolder(opendir), {}});
     if (!name) return;
     if (!contains(*name, ".MEM") && !contains(*name, ".R3C") && !contains(*name, ".mem")) return;
     opendir = folderOf(*name);
@@ -381,7 +401,7 @@ void MemTable::fileOpenLorven()
 {
     view_->commitEdit();
     if (!askClearTable()) return;
-    auto name = services_.dialogs.openFile({"Open LORVEN mem file", "Bank Files|*.mem|All Files|*.*", opendir, {}});
+    auto name = services_.dialogs.openFile({"Open LORVEN mem file", "Bank Files|*.mem|All Files|*.*", startFolder(opendir), {}});
     if (!name) return;
     if (!contains(*name, ".MEM") && !contains(*name, ".mem")) return;
     opendir = folderOf(*name);
@@ -392,7 +412,7 @@ void MemTable::fileOpenSpecial()
 {
     view_->commitEdit();
     if (!askClearTable()) return;
-    auto name = services_.dialogs.openFile({"Open special", "KESTRA Data Files|*.csv|All Files|*.*", opendir, {}});
+    auto name = services_.dialogs.openFile({"Open special", "KESTRA Data Files|*.csv|All Files|*.*", startFolder(opendir), {}});
     if (!name) return;
     if (!contains(*name, ".CSV") && !contains(*name, ".csv")) return;
     opendir = folderOf(*name);
@@ -415,7 +435,7 @@ bool MemTable::fileSaveAs()
     if (!createbank()) return false;
     if (saveCheck) saveCheck();
     const std::string offered = startsWith(doc_.fnaam, "Untitled") ? std::string() : doc_.fnaam;
-    auto name = services_.dialogs.saveFile({"Save As", "KESTRA data files|*.mem", savedir, offered});
+    auto name = services_.dialogs.saveFile({"Save As", "KESTRA data files|*.mem", startFolder(savedir), offered});
     if (!name || name->empty()) {
         doc_.fnaam = "Untitled";
         view_->captionChanged();

@@ -133,8 +133,12 @@ public:
     // ---- reports ----
     std::vector<std::string> bankEmptyStatus() const;
 
-    // The folders offered by the file dialogs.
+    // The folders the file dialogs last used.
     std::string opendir, savedir, backdir;
+    // Where a file chooser starts: the current document's folder, else the
+    // folder last used (`last`), else the user's documents folder. Never the
+    // program's own folder, which holds its settings, not the user's files.
+    std::string startFolder(const std::string& last) const;
     // The default data of a new channel (defdata.ini).
     DefaultData defdata;
     // The port, speed and USB converter every exchange with the scanner uses

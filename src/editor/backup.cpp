@@ -106,4 +106,14 @@ std::array<RecentFile, 4> readRecentFiles(const ProfileStore& profile)
     return entries;
 }
 
+void addRecentFile(ProfileStore& profile, const std::string& name)
+{
+    std::vector<std::string> names{name};
+    for (const RecentFile& entry : readRecentFiles(profile))
+        if (entry.used && entry.name != name) names.push_back(entry.name);
+    names.resize(4, "Not Used");
+    for (int i = 0; i < 4; ++i)
+        profile.set(kRecentSection, "RecentFile" + std::to_string(i + 1), names[static_cast<std::size_t>(i)]);
+}
+
 } // namespace kestra

@@ -71,8 +71,8 @@ private:
 
 // The four recent-file keys "RecentFile1".."RecentFile4" of the per-user
 // store. An entry is in use unless its first 8 characters are "Not Used" (a
-// missing key reads as "Not Used"). The menu keeps its single "No old Files"
-// entry whatever these hold.
+// missing key reads as "Not Used"). The File menu shows the ones in use, the
+// newest first; with none in use its single entry reads "No old Files".
 inline constexpr const char* kRecentSection = "recent";
 inline constexpr const char* kNoOldFiles = "No old Files";
 
@@ -82,5 +82,9 @@ struct RecentFile {
 };
 
 std::array<RecentFile, 4> readRecentFiles(const ProfileStore& profile);
+
+// Puts `name` first in the list: an entry with the same name moves up, the
+// oldest falls off when all four are in use.
+void addRecentFile(ProfileStore& profile, const std::string& name);
 
 } // namespace kestra

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 namespace kestra {
@@ -30,6 +31,32 @@ public:
         else
             base = fs::temp_directory_path();
         return AppFolder(base / "HalvornKESTRA" / "kestra");
+    }
+
+    // The user's documents folder, where file choosers start when there is no
+    // document and no folder used before: $XDG_DOCUMENTS_DIR, else the
+    // XDG_DOCUMENTS_DIR line of the desktop's user-dirs.dirs, else ~/Documents
+    // when it exists, else the home folder.
+    static std::filesystem::path documents()
+    {
+        namespace fs = std::filesystem;
+        std::error_code ec;
+        const char* homeText = std::getenv("HOME");
+        const fs::path home = homeText && *homeText ? fs::path(homeText) : fs::temp_directory_path();
+        if (const char* xdg = std::getenv("XDG_DOCUMENTS_DIR"); xdg && *xdg && fs::is_directory(xdg, ec)) return xdg;
+        const char* configText = std::getenv("XDG_CONFIG_HOME");
+        const fs::path config = configText && *configText ? fs::path(configText) : home / ".config";
+        std::ifstream dirs(config / "user-dirs.dirs");
+        for (std::string line; std::getline(dirs, line);) {
+            const std::string key = "XDG_DOCUMENTS_DIR=\"";
+            if (line.rfind(key, 0) != 0) continue;
+            std::string value = line.substr(key.size());
+            if (const auto end = value.find('"'); end != std::string::npos) value.erase(end);
+            if (value.rfind("$HOME", 0) == 0) value = home.string() + value.substr(5);
+            if (!value.empty() && fs::is_directory(value, ec)) return value;
+        }
+        if (fs::is_directory(home / "Documents", ec)) return home / "Documents";
+        return home;
     }
 
     // Creates the folder when it is missing. Returns false when it cannot.

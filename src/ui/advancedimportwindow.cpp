@@ -199,6 +199,7 @@ void AdvancedImportWindow::importFromFile()
     FileChoice choice;
     choice.title = "Advanced Data Import";
     choice.filter = kFilter;
+    choice.folder = table_.startFolder(table_.opendir);
     const auto path = table_.dialogs().openFile(choice);
     if (!path) return;
     list1_->clear();

@@ -47,6 +47,7 @@ void CsvExportWindow::accept()
     choice.title = "Export CSV data";
     choice.filter = "Comma Separated Files (*.csv)|*.csv";
     choice.name = "*.csv";
+    choice.folder = table_.startFolder(table_.savedir);
     const auto name = table_.dialogs().saveFile(choice);
     if (!name) return;
     const Document& doc = table_.doc();

@@ -23,6 +23,7 @@ std::unique_ptr<IcfImportWindow> IcfImportWindow::open(MemTable& table, QWidget*
     FileChoice choice;
     choice.title = "Import data from ICF files";
     choice.filter = "Icom Files|*.icf";
+    choice.folder = table.startFolder(table.opendir);
     const auto path = table.dialogs().openFile(choice);
     if (!path || (!contains(*path, ".ICF") && !contains(*path, ".icf"))) return nullptr;
     std::string bytes;

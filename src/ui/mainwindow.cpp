@@ -185,8 +185,7 @@ void MainWindow::formLoad()
     model_->setFixedFont(fixedWidthFont());
     table_.formLoad();
     backup_ = std::make_unique<Backup>(table_);
-    // The recent-file keys are read; the File menu keeps "No old Files".
-    readRecentFiles(table_.profile());
+    updateRecentFiles();
 
     const Settings& settings = table_.settings();
     action("mnu_toolb")->setChecked(settings.toolbar == 1);

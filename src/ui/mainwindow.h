@@ -226,6 +226,9 @@ private:
     void menuImportChirp();
     void menuExportChirp();
     void afterFileCommand();
+    // The four recent-file entries of the File menu, from the per-user store.
+    void updateRecentFiles();
+    void openRecentFile(int index);
     // Edit and Options entries over LineOperations, with the system clipboard.
     void editUndo();
     void editCut();

@@ -25,13 +25,20 @@
 #include "ui/trunkidwindow.h"
 #include "ui/virtualcontrolwindow.h"
 
+#include "core/text.h"
+#include "editor/backup.h"
+#include "platform/cp1252.h"
+
 #include <QClipboard>
+#include <QFile>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QGuiApplication>
 #include <QListWidget>
 #include <QStatusBar>
 #include <QVBoxLayout>
+
+#include <filesystem>
 
 namespace kestra {
 
@@ -130,6 +137,13 @@ void MainWindow::afterLineOperation()
 
 void MainWindow::afterFileCommand()
 {
+    // A document with a real file behind it goes first in the recent files.
+    const std::string& name = table_.doc().fnaam;
+    std::error_code ec;
+    if (!name.empty() && name.rfind("Untitled", 0) != 0 && std::filesystem::is_regular_file(name, ec)) {
+        addRecentFile(table_.profile(), name);
+        updateRecentFiles();
+    }
     updateCaption();
     updateTabs();
     bankChanged();
@@ -183,6 +197,47 @@ void MainWindow::menuSaveAs()
 {
     commitEdit();
     table_.fileSaveAs();
+    afterFileCommand();
+}
+
+void MainWindow::updateRecentFiles()
+{
+    const auto entries = readRecentFiles(table_.profile());
+    const std::vector<QAction*>& menuEntries = actionArray("filenaam");
+    int shown = 0;
+    for (const RecentFile& entry : entries) {
+        if (!entry.used || shown >= static_cast<int>(menuEntries.size())) continue;
+        QAction* item = menuEntries[static_cast<std::size_t>(shown)];
+        const QString path = QFile::decodeName(entry.name.c_str());
+        item->setText(QStringLiteral("&%1 %2").arg(shown + 1).arg(path));
+        item->setData(path);
+        item->setEnabled(true);
+        item->setVisible(true);
+        ++shown;
+    }
+    for (int i = shown; i < static_cast<int>(menuEntries.size()); ++i) {
+        QAction* item = menuEntries[static_cast<std::size_t>(i)];
+        item->setData(QString());
+        item->setText(i == 0 ? QString::fromLatin1(kNoOldFiles) : QString());
+        item->setEnabled(false);
+        item->setVisible(i == 0);
+    }
+}
+
+void MainWindow::openRecentFile(int index)
+{
+    const std::vector<QAction*>& menuEntries = actionArray("filenaam");
+    if (index < 0 || index >= static_cast<int>(menuEntries.size())) return;
+    const QString path = menuEntries[static_cast<std::size_t>(index)]->data().toString();
+    if (path.isEmpty()) return;
+    commitEdit();
+    const std::string name = QFile::encodeName(path).toStdString();
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(name, ec)) {
+        table_.dialogs().message("The file " + cp1252FromUtf8(name) + " cannot be found.");
+        return;
+    }
+    table_.openMemFile(name);
     afterFileCommand();
 }
 

@@ -73,6 +73,7 @@ void MainWindow::menuImportChirp()
     FileChoice choice;
     choice.title = "Import CHIRP CSV";
     choice.filter = kChirpFilter;
+    choice.folder = table_.startFolder(table_.opendir);
     const auto path = table_.dialogs().openFile(choice);
     if (!path) return;
     std::string bytes;
@@ -94,6 +95,7 @@ void MainWindow::menuExportChirp()
     choice.title = "Export CHIRP CSV";
     choice.filter = kChirpFilter;
     choice.name = "*.csv";
+    choice.folder = table_.startFolder(table_.savedir);
     const auto path = table_.dialogs().saveFile(choice);
     if (!path) return;
     std::string out = *path;

@@ -9,6 +9,7 @@
 #include <QActionGroup>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QKeySequence>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -163,8 +164,11 @@ void MainWindow::buildMenus()
     addEntry(file, "menuprint", "&Print...");
     addEntry(file, "setup_print", "Setup Printer Layout");
     file->addSeparator();
-    addEntry(file, "filenaam", "No old Files");
-    for (int i = 1; i < 4; ++i) addEntry(file, "filenaam", "")->setVisible(false);
+    for (int i = 0; i < 4; ++i) {
+        QAction* recent = addEntry(file, "filenaam", i == 0 ? "No old Files" : "");
+        recent->setVisible(i == 0);
+        connect(recent, &QAction::triggered, this, [this, i] { openRecentFile(i); });
+    }
     file->addSeparator();
     addEntry(file, "imp_csv", "&Advanced Data Import", true);
     addEntry(file, "catch", "Web Frequency &Catcher", true);
@@ -329,6 +333,20 @@ void MainWindow::buildMenus()
     fillDefault->setObjectName("filldefault");
     fillDefault->setEnabled(false);
     actions_.try_emplace("filldefault", fillDefault);
+
+    // The keys a desktop user expects, on the entries that have none of their
+    // own; the menus show them. Text1 keeps its own Cut, Copy, Paste and Undo
+    // while a cell is open.
+    const std::pair<const char*, const char*> keys[] = {
+        {"menunew", "Ctrl+N"},   {"tabopen", "Ctrl+O"},  {"savenu", "Ctrl+S"},   {"tabsaveas", "Ctrl+Shift+S"},
+        {"menuprint", "Ctrl+P"}, {"tabundo", "Ctrl+Z"},  {"tab_cut", "Ctrl+X"},  {"tab_copy", "Ctrl+C"},
+        {"tab_paste", "Ctrl+V"}, {"menufind", "Ctrl+F"}, {"shortkey", "F1"},
+    };
+    for (const auto& [name, key] : keys) {
+        QAction* entry = action(name);
+        entry->setShortcut(QKeySequence(QString::fromLatin1(key)));
+        entry->setShortcutContext(Qt::WindowShortcut);
+    }
 
     // The entries that work now.
     connectEntry("menunew", &MainWindow::menuNew);

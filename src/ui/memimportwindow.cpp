@@ -23,6 +23,7 @@ std::unique_ptr<MemImportWindow> MemImportWindow::open(MemImportKind kind, MemTa
     choice.title = kind == MemImportKind::Frequencies ? "Import frequency data from MEM files"
                                                       : "Import trunk data from MEM files";
     choice.filter = "Mem Files|*.mem";
+    choice.folder = table.startFolder(table.opendir);
     const auto path = table.dialogs().openFile(choice);
     if (!path || (!contains(*path, ".MEM") && !contains(*path, ".mem"))) return nullptr;
     std::string bytes;

@@ -115,7 +115,7 @@ bool PrintWindow::chooseTarget()
     FileChoice choice;
     choice.title = "Print into a PDF file";
     choice.filter = "PDF Files|*.pdf|All Files|*.*";
-    choice.folder = table_.savedir;
+    choice.folder = table_.startFolder(table_.savedir);
     choice.name = "report.pdf";
     const std::optional<std::string> name = table_.dialogs().saveFile(choice);
     if (!name) return false;
