@@ -72,8 +72,10 @@ bool ExchangeEngine::openport()
 {
     port_.setCommPort(comport_);
     port_.setSettings(portSettings());
-    if (port_.open() != SerialPort::OpenResult::Ok) {
-        dialogs_.message("The selected comport is already in use or not available in your system!");
+    if (const auto result = port_.open(); result != SerialPort::OpenResult::Ok) {
+        dialogs_.message(result == SerialPort::OpenResult::NoPermission
+                             ? kNoPermissionMessage
+                             : "The selected comport is already in use or not available in your system!");
         return false;
     }
     return true;

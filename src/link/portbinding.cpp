@@ -63,4 +63,27 @@ std::vector<std::string> serialDevices(const std::filesystem::path& dir)
     return found;
 }
 
+std::vector<SerialDeviceChoice> serialDeviceChoices(const std::filesystem::path& dir)
+{
+    namespace fs = std::filesystem;
+    std::vector<SerialDeviceChoice> choices;
+    std::error_code ec;
+    const fs::path byId = dir / "serial" / "by-id";
+    for (const auto& entry : fs::directory_iterator(byId, ec)) {
+        if (!entry.is_symlink(ec)) continue;
+        fs::path target = fs::read_symlink(entry.path(), ec);
+        if (ec) continue;
+        if (target.is_relative()) target = byId / target;
+        target = target.lexically_normal();
+        if (!fs::exists(target, ec)) continue;   // a link left behind by a device that went away
+        choices.push_back({entry.path().string(), target.string()});
+    }
+    std::sort(choices.begin(), choices.end(), [](const auto& a, const auto& b) { return a.path < b.path; });
+    for (const std::string& device : serialDevices(dir)) {
+        const bool named = std::any_of(choices.begin(), choices.end(), [&](const auto& c) { return c.device == device; });
+        if (!named) choices.push_back({device, device});
+    }
+    return choices;
+}
+
 } // namespace kestra

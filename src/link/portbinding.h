@@ -31,4 +31,15 @@ struct PortBinding {
 // rfcomm), sorted; dir is the device folder ("/dev").
 std::vector<std::string> serialDevices(const std::filesystem::path& dir = "/dev");
 
+// A device as the port setup offers it: the stable name under
+// dir/serial/by-id (which survives re-plugging a USB cable) when there is
+// one, else the kernel's name; `device` is always the kernel's name.
+struct SerialDeviceChoice {
+    std::string path;
+    std::string device;
+};
+
+// The by-id names first (sorted), then the devices that have none.
+std::vector<SerialDeviceChoice> serialDeviceChoices(const std::filesystem::path& dir = "/dev");
+
 } // namespace kestra

@@ -102,8 +102,10 @@ bool SearchLink::open()
 {
     port_.setCommPort(comport_);
     port_.setSettings(std::to_string(baud_) + ",n,8,1");
-    if (port_.open() != SerialPort::OpenResult::Ok) {
-        dialogs_.message("The selected comport is already in use or not available in your system!");
+    if (const auto result = port_.open(); result != SerialPort::OpenResult::Ok) {
+        dialogs_.message(result == SerialPort::OpenResult::NoPermission
+                             ? kNoPermissionMessage
+                             : "The selected comport is already in use or not available in your system!");
         return false;
     }
     port_.input();

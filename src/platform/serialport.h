@@ -9,6 +9,13 @@
 
 namespace kestra {
 
+// What the user is told when a serial device is there but may not be opened:
+// on Linux the devices belong to the group "dialout".
+inline constexpr const char* kNoPermissionMessage =
+    "You may not open the serial device: your user is not in the group \"dialout\".\r\n"
+    "Add it with the command\r\n\r\n    sudo usermod -aG dialout $USER\r\n\r\n"
+    "then log out and log in again.";
+
 class SerialPort {
 public:
     enum class OpenResult {
@@ -16,6 +23,7 @@ public:
         InUse,        // held by another program, or the device is unavailable
         NoSuchPort,   // the number is bound to nothing
         BadSettings,  // the settings text names no speed the port has
+        NoPermission, // the device is there but this user may not open it
     };
 
     virtual ~SerialPort() = default;

@@ -164,7 +164,11 @@ PortSetupWindow::PortSetupWindow(MemTable& table, ProgramPorts& ports, QWidget* 
                             "(such as a pseudo-terminal)");
     portTarget_->addItem(kUnboundText);
     portTarget_->addItem(kVirtualText);
-    for (const std::string& device : serialDevices()) portTarget_->addItem(pathText(device));
+    for (const SerialDeviceChoice& choice : serialDeviceChoices()) {
+        portTarget_->addItem(pathText(choice.path));
+        if (choice.path != choice.device)
+            portTarget_->setItemData(portTarget_->count() - 1, pathText(choice.device), Qt::ToolTipRole);
+    }
     portTargetLabel_->setBuddy(portTarget_);
     bindings_ = new QListWidget(binding);
     bindings_->setObjectName("bindings");

@@ -79,7 +79,10 @@ void ControlLoop::openPort()
     if (port_->isOpen()) port_->close();
     port_->setSettings(std::to_string(settings_.baud) + ",n,8,1");
     port_->setCommPort(settings_.port);
-    if (port_->open() == SerialPort::OpenResult::InUse) dialogs_.message(kInUse);
+    if (const auto result = port_->open(); result == SerialPort::OpenResult::InUse)
+        dialogs_.message(kInUse);
+    else if (result == SerialPort::OpenResult::NoPermission)
+        dialogs_.message(kNoPermissionMessage);
 }
 
 std::string ControlLoop::open(const std::filesystem::path& folder, ModelSwitches& model)

@@ -45,3 +45,21 @@ TEST(PortBinding, FindsTheSerialDevicesOfAFolder)
     for (const auto& d : devices) names.push_back(std::filesystem::path(d).filename().string());
     EXPECT_EQ(names, (std::vector<std::string>{"ttyACM0", "ttyS0", "ttyUSB0", "ttyUSB1"}));
 }
+
+TEST(PortBinding, OffersTheStableByIdNamesAndTheDevicesWithoutOne)
+{
+    TempDir dir;
+    for (const char* name : {"ttyUSB0", "ttyUSB1", "ttyS0"}) writeBytes(dir.path() / name, "");
+    const auto byId = dir.path() / "serial" / "by-id";
+    std::filesystem::create_directories(byId);
+    std::filesystem::create_symlink("../../ttyUSB1", byId / "usb-FTDI_FT232R_A1-if00-port0");
+    std::filesystem::create_symlink(dir.path() / "ttyUSB0", byId / "usb-Prolific_PL2303-if00-port0");
+    std::filesystem::create_symlink("../../ttyUSB7", byId / "usb-gone-if00-port0");   // unplugged
+    std::vector<std::string> seen;
+    for (const auto& choice : serialDeviceChoices(dir.path()))
+        seen.push_back(std::filesystem::path(choice.path).lexically_relative(dir.path()).string() + " > " +
+                       std::filesystem::path(choice.device).lexically_relative(dir.path()).string());
+    EXPECT_EQ(seen, (std::vector<std::string>{"serial/by-id/usb-FTDI_FT232R_A1-if00-port0 > ttyUSB1",
+                                              "serial/by-id/usb-Prolific_PL2303-if00-port0 > ttyUSB0",
+                                              "ttyS0 > ttyS0"}));
+}

@@ -4,11 +4,19 @@
 
 #include "platform/qt/qtserialport.h"
 
+#include "core/settings.h"
+#include "link/exchange.h"
+#include "platform/fake/scripteddialogs.h"
+#include "platform/fake/virtualscheduler.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 
 #include <gtest/gtest.h>
 
+#include <grp.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace kestra;
@@ -74,4 +82,56 @@ TEST(QtSerialPortTest, APortHeldByAnotherProgramIsInUse)
     EXPECT_EQ(second.open(), SerialPort::OpenResult::InUse);
     first.close();
     EXPECT_EQ(second.open(), SerialPort::OpenResult::Ok);
+}
+
+namespace {
+
+// Opens device through the engine as the user meets it; 0 when the dialout
+// message was shown, 1 when the port said something else, 2 when the
+// message differed.
+int openAndTell(const std::string& device)
+{
+    QtSerialPort port(device);
+    VirtualScheduler scheduler;
+    ScriptedDialogs dialogs;
+    Settings settings;
+    ExchangeEngine engine(port, scheduler, dialogs, settings, 1, 19200, ExchangeEngine::Caption::ReadData);
+    if (engine.openport()) return 1;
+    if (dialogs.shown.size() != 1 || dialogs.shown[0].text != kNoPermissionMessage) return 2;
+    return 0;
+}
+
+} // namespace
+
+TEST(QtSerialPortTest, ADeviceTheUserMayNotOpenGivesTheDialoutMessage)
+{
+    EXPECT_NE(std::string(kNoPermissionMessage).find("sudo usermod -aG dialout $USER"), std::string::npos);
+    PseudoTerminal pty;
+    ASSERT_TRUE(pty.isOpen()) << pty.error();
+    std::string device = pty.devicePath();
+    if (geteuid() != 0) {
+        // The pseudo-terminal is the user's own; take its permissions away.
+        ASSERT_EQ(chmod(device.c_str(), 0), 0);
+        EXPECT_EQ(openAndTell(device), 0);
+        chmod(device.c_str(), 0620);
+        return;
+    }
+    // Root may open anything: the check runs as "nobody" in a child process,
+    // on a device of root's (mode 0620, group tty).
+    ASSERT_EQ(chmod(device.c_str(), 0660), 0);
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (setgroups(0, nullptr) != 0 || setgid(65534) != 0 || setuid(65534) != 0) _exit(3);
+        _exit(openAndTell(device));
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+
+    // The same device is opened by its owner.
+    QtSerialPort port(device);
+    port.setSettings("19200,n,8,1");
+    EXPECT_EQ(port.open(), SerialPort::OpenResult::Ok);
 }

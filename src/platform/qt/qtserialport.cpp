@@ -2,6 +2,10 @@
 
 #include <QFileInfo>
 
+#include <cerrno>
+
+#include <unistd.h>
+
 namespace kestra {
 
 QtSerialPort::QtSerialPort(std::string device, QObject* parent) : QObject(parent), device_(std::move(device))
@@ -20,6 +24,10 @@ SerialPort::OpenResult QtSerialPort::open()
     // A device that is not there is told as such before the port's lock file
     // is tried: another program probing the same name must not make it "in use".
     if (device.startsWith('/') && !QFileInfo::exists(device)) return OpenResult::NoSuchPort;
+    // A device of the group "dialout" the user is not in: said as such, since
+    // QSerialPort's own error does not tell it from a lock held by another program.
+    if (device.startsWith('/') && ::access(device_.c_str(), R_OK | W_OK) != 0 && errno == EACCES)
+        return OpenResult::NoPermission;
     serial_.setPortName(device);
     if (!serial_.open(QIODevice::ReadWrite)) {
         const auto error = serial_.error();
