@@ -9,6 +9,7 @@
 #include "platform/serialport.h"
 #include "sim/programports.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -32,5 +33,24 @@ ScannerLine openScannerLine(const std::string& portText, const std::filesystem::
 // Runs the line's clock (virtual time for the built-in scanner) until done
 // or the time is up; returns done().
 bool runUntil(Scheduler& scheduler, const std::function<bool()>& done, double seconds);
+
+// The progress of a run on stderr: a bar with the channel and the time left,
+// redrawn in place. Shown only when stderr is a terminal and --quiet is not
+// given, so that scripts and logs get no carriage-return noise.
+class ProgressBar {
+public:
+    ProgressBar();
+    ~ProgressBar() { finish(); }
+    void show(int percent, const std::string& channel);
+    // Ends the bar's line, once anything was drawn.
+    void finish();
+
+private:
+    bool enabled_ = false;
+    bool drawn_ = false;
+    int percent_ = -1;
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    std::chrono::steady_clock::time_point last_{};
+};
 
 } // namespace kestra::ctl

@@ -2,7 +2,7 @@
 // kestractl send IN.mem  [--port P] [--banks all|N|A-B] [--dir FOLDER]
 //
 // Read Data and Send Data without a window: the same engine and pipelines,
-// the confirmations answered with yes, progress on stderr.
+// the confirmations answered with yes, progress on stderr when it is a terminal.
 
 #include "kestractl.h"
 #include "ctl_line.h"
@@ -120,14 +120,8 @@ int run(const Transfer& t)
     if (!options) return usage("--banks takes all, a bank 1 to 10, or a range A-B");
     options->merge = t.merge;
 
-    int shown = -1;
-    auto progress = [&] {
-        if (engine.status.progress != shown) {
-            shown = engine.status.progress;
-            std::cerr << "\rchannel " << engine.status.text4 << "  " << shown << "%   " << std::flush;
-        }
-        return false;
-    };
+    ProgressBar bar;
+    auto progress = [&] { bar.show(engine.status.progress, engine.status.text4); };
     const double day = 24 * 3600;
     bool finished = false;
     std::vector<std::string> troubles;  // what a finished run could not do right
@@ -155,7 +149,7 @@ int run(const Transfer& t)
                    pipeline.finished;
         if (engine.refusals > 0) troubles.push_back(engine.refusalsLine());
     }
-    std::cerr << '\n';
+    bar.finish();
     port->close();
     if (ports) ports->saveVirtualScanner();
     if (!finished) {
@@ -173,7 +167,7 @@ int run(const Transfer& t)
         }
     }
     // The last line: what was done, and how often the line had to be asked again.
-    std::cerr << engine.finishedLine() << '\n';
+    if (!quiet) std::cerr << engine.finishedLine() << '\n';
     return troubles.empty() ? 0 : 1;
 }
 

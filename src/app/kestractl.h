@@ -9,6 +9,10 @@ namespace kestra::ctl {
 
 using Args = std::vector<std::string>;
 
+// --quiet: no progress bar and no closing report of read and send; problems
+// are still told.
+extern bool quiet;
+
 // Prints the usage (and a problem, if any) to stderr; returns 2.
 int usage(const std::string& problem);
 
