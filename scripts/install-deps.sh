@@ -9,6 +9,7 @@ packages=(
   libgl-dev libxkbcommon-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth fonts-liberation poppler-utils
+  desktop-file-utils man-db dpkg-dev
   libhamlib-utils python3
   clang libclang-rt-14-dev
 )
