@@ -2,6 +2,7 @@
 
 #include "platform/qt/qtext.h"
 #include "ui/widgets/keyfilter.h"
+#include "ui/widgets/namedbutton.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -27,13 +28,6 @@ Names namesOf(const ModelSwitches& model)
     if (model.ubc33 == 1) return {"UBC3300 General parameters", "Reset UBC3300"};
     if (model.bc785d == 1) return {"BC785/796 General parameters", "Reset BC785/796D"};
     return {"BC250/296 General Parameters:", "Reset BC250/296D"};
-}
-
-QPushButton* namedButton(const char* caption, const char* name, QWidget* parent)
-{
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
 }
 
 } // namespace

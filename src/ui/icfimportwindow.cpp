@@ -4,6 +4,7 @@
 #include "core/memtable.h"
 #include "core/text.h"
 #include "platform/qt/qtext.h"
+#include "ui/widgets/namedbutton.h"
 
 #include <QButtonGroup>
 #include <QGridLayout>
@@ -85,10 +86,8 @@ IcfImportWindow::IcfImportWindow(MemTable& table, IcfData data, QWidget* parent)
 
     auto* buttons = new QHBoxLayout;
     auto add = [&](const char* name, const char* caption) {
-        auto* b = new QPushButton(caption, this);
-        b->setObjectName(name);
+        QPushButton* b = namedButton(caption, name, this, buttons);
         b->setAutoDefault(false);
-        buttons->addWidget(b);
         return b;
     };
     apply_ = add("apply", "Apply");

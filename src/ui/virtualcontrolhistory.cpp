@@ -6,6 +6,7 @@
 #include "ui/virtualcontrolwindow.h"
 
 #include "platform/qt/qtext.h"
+#include "ui/widgets/namedbutton.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -124,19 +125,14 @@ QWidget* VirtualControlWindow::buildHistoryTab()
     layout->addWidget(split, 1);
 
     auto* buttons = new QHBoxLayout;
-    const auto button = [page](const char* caption, const char* name) {
-        auto* b = new QPushButton(caption, page);
-        b->setObjectName(name);
-        return b;
-    };
-    auto* clear = button("Clear History", "Command13");
+    auto* clear = namedButton("Clear History", "Command13", page);
     connect(clear, &QPushButton::clicked, this, [this] {
         hitlog_->clear();
         showHistory();
     });
-    auto* save = button("Save current history", "Command1");
+    auto* save = namedButton("Save current history", "Command1", page);
     connect(save, &QPushButton::clicked, this, &VirtualControlWindow::saveHistoryAs);
-    playButton_ = button("Play recording", "cmdPlay");
+    playButton_ = namedButton("Play recording", "cmdPlay", page);
     playButton_->setEnabled(false);
     connect(playButton_, &QPushButton::clicked, this, [this] { playHistoryRow(loggrid_->currentRow()); });
     buttons->addWidget(clear);

@@ -8,6 +8,7 @@
 
 #include "platform/qt/qtext.h"
 #include "ui/widgets/lcdpanel.h"
+#include "ui/widgets/namedbutton.h"
 #include "ui/widgets/panelkey.h"
 
 #include <QAction>
@@ -44,13 +45,6 @@ int firstOf(ActiveList list)
 
 constexpr int kTwipsPerPixel = 15;
 
-QPushButton* button(const char* caption, const char* name, QWidget* parent)
-{
-    auto* b = new QPushButton(caption, parent);
-    b->setObjectName(name);
-    return b;
-}
-
 } // namespace
 
 QWidget* VirtualControlWindow::buildLogSetupTab()
@@ -69,7 +63,7 @@ QWidget* VirtualControlWindow::buildLogSetupTab()
     label18_->setFrameShadow(QFrame::Sunken);
     label18_->setMinimumWidth(260);
     layout->addWidget(label18_, 0, 1);
-    auto* name = button("Log file...", "Command2", page);
+    auto* name = namedButton("Log file...", "Command2", page);
     connect(name, &QPushButton::clicked, this, &VirtualControlWindow::chooseLogName);
     layout->addWidget(name, 0, 2);
 
@@ -184,7 +178,7 @@ QWidget* VirtualControlWindow::buildAudioSetupTab()
     audioFolder_->setFrameShape(QFrame::StyledPanel);
     audioFolder_->setFrameShadow(QFrame::Sunken);
     folderRow->addWidget(audioFolder_, 1);
-    auto* choose = button("Choose a folder...", "Command11", page);
+    auto* choose = namedButton("Choose a folder...", "Command11", page);
     connect(choose, &QPushButton::clicked, this, &VirtualControlWindow::chooseAudioFolder);
     folderRow->addWidget(choose);
     layout->addLayout(folderRow, 2, 0, 1, 2);
@@ -227,22 +221,22 @@ QWidget* VirtualControlWindow::buildAudioRecTab()
     auto* layout = new QGridLayout(page);
 
     auto* onOff = new QHBoxLayout;
-    command4_ = button("Start", "Command4", page);
+    command4_ = namedButton("Start", "Command4", page);
     connect(command4_, &QPushButton::clicked, this, [this] { audio_->startButton(); });
-    command5_ = button("Stop", "Command5", page);
+    command5_ = namedButton("Stop", "Command5", page);
     connect(command5_, &QPushButton::clicked, this, [this] { audio_->stopButton(); });
     onOff->addWidget(command4_);
     onOff->addWidget(command5_);
     onOff->addStretch(1);
     layout->addLayout(onOff, 0, 0, 1, 3);
 
-    cmdRecord_ = button("Record", "cmdRecord", page);
+    cmdRecord_ = namedButton("Record", "cmdRecord", page);
     cmdRecord_->setToolTip("Start recording immediate");
     connect(cmdRecord_, &QPushButton::clicked, this, [this] { audio_->record(); });
-    cmdSave_ = button("Save", "cmdSave", page);
+    cmdSave_ = namedButton("Save", "cmdSave", page);
     cmdSave_->setToolTip("Save the recording as as WAV file");
     connect(cmdSave_, &QPushButton::clicked, this, [this] { audio_->save(); });
-    auto* reset = button("Reset", "cmdReset", page);
+    auto* reset = namedButton("Reset", "cmdReset", page);
     reset->setToolTip("To start a new recording and adjusting all settings");
     connect(reset, &QPushButton::clicked, this, [this] { audio_->reset(); });
     layout->addWidget(cmdRecord_, 1, 0);

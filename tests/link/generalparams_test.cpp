@@ -3,10 +3,7 @@
 
 #include "link/generalparams.h"
 
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-#include "sim/virtualport.h"
-#include "sim/virtualscanner.h"
+#include "support/scannerline.h"
 
 #include <gtest/gtest.h>
 
@@ -19,19 +16,10 @@ TEST(GeneralParams, ReadSendFipsAndResetAgreeWithTheScanner)
 {
     for (Model model : {Model::BC250D, Model::BC796D, Model::UBC3300}) {
         SCOPED_TRACE(sim::modelInfo(model).name);
-        VirtualScheduler scheduler;
-        ScriptedDialogs dialogs;
-        Settings settings;
-        sim::VirtualScanner scanner(model, 19200);
-        std::vector<std::string> sent;
-        auto device = std::make_shared<VirtualDevice>();
-        device->respond = [&](std::string_view bytes) {
-            sent.emplace_back(bytes.substr(0, bytes.find('\r')));
-            return scanner.receive(bytes);
-        };
-        device->baud = [&] { return scanner.baudRate(); };
-        VirtualPort port(scheduler, device);
-        ExchangeEngine engine(port, scheduler, dialogs, settings, 1, 19200, ExchangeEngine::Caption::ReadData);
+        test::ScannerLine line(model);
+        sim::VirtualScanner& scanner = line.scanner;
+        std::vector<std::string>& sent = line.sent;
+        ExchangeEngine& engine = line.engine;
         const int bc785d = ModelSwitches::of(model).bc785d;
         engine.openForm(bc785d);
         GeneralParams params(engine, bc785d);

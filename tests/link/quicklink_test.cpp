@@ -3,10 +3,7 @@
 
 #include "link/quicklink.h"
 
-#include "platform/fake/scripteddialogs.h"
-#include "platform/fake/virtualscheduler.h"
-#include "sim/virtualport.h"
-#include "sim/virtualscanner.h"
+#include "support/scannerline.h"
 
 #include <gtest/gtest.h>
 
@@ -17,19 +14,10 @@ namespace {
 
 TEST(QuickLink, PrioritiesBankTagsAndEasyProgramReachTheScanner)
 {
-    VirtualScheduler scheduler;
-    ScriptedDialogs dialogs;
-    Settings settings;
-    sim::VirtualScanner scanner(Model::BC785D, 19200);
-    std::vector<std::string> sent;
-    auto device = std::make_shared<VirtualDevice>();
-    device->respond = [&](std::string_view bytes) {
-        sent.emplace_back(bytes.substr(0, bytes.find('\r')));
-        return scanner.receive(bytes);
-    };
-    device->baud = [&] { return scanner.baudRate(); };
-    VirtualPort port(scheduler, device);
-    ExchangeEngine engine(port, scheduler, dialogs, settings, 1, 19200, ExchangeEngine::Caption::ReadData);
+    test::ScannerLine line(Model::BC785D);
+    sim::VirtualScanner& scanner = line.scanner;
+    std::vector<std::string>& sent = line.sent;
+    ExchangeEngine& engine = line.engine;
     engine.openport();
     ASSERT_TRUE(quick::wakeUp(engine, 1, false));
     EXPECT_EQ(sent, (std::vector<std::string>{"KEY09", "IDF", "CDF", "QUF"}));
