@@ -37,34 +37,33 @@ std::string GeneralParams::fipsKey(int n) { return n < 10 ? "FP 0" + std::to_str
 
 // Every key is followed by the delay of the baud rate; its "OK" is left to
 // be dropped before the display is asked for.
-bool GeneralParams::key(const std::string& command)
+bool GeneralParams::key(const std::string& command) { return walker().press({command}); }
+
+MenuWalk GeneralParams::walker()
 {
-    engine_.sendline(command);
-    return engine_.wait(engine_.commdelay());
+    return MenuWalk(engine_.port(), [this](double s) { return engine_.wait(s); }, bc785d_, engine_.commdelay());
 }
 
-bool GeneralParams::walk(const GeneralOption& option)
+// The walk to an option's list: the first channel (out of any mode), MENU
+// and the option's digits.
+std::vector<std::string> GeneralParams::walk(const GeneralOption& option)
 {
-    if (!key(wire::selectChannel(1)) || !key(wire::key(11))) return false;
-    for (int digit : option.digits)
-        if (!key(wire::digitKey(digit))) return false;
-    return true;
+    std::vector<std::string> keys = {wire::selectChannel(1), MenuWalk::menuKey()};
+    for (int digit : option.digits) keys.push_back(wire::digitKey(digit));
+    return keys;
 }
 
 std::string GeneralParams::readgen(const GeneralOption& option)
 {
-    if (!walk(option)) return "";
-    engine_.port().input();
-    engine_.sendline(wire::readDisplayLine(0));
-    const std::string reply = engine_.collect(4);
-    key(wire::exitKey(bc785d_));
-    const auto at = reply.find("LCD1 [");
-    return at == std::string::npos ? std::string() : reply.substr(at + 5);
+    return walker().readAfter(walk(option), MenuWalk::All);
 }
 
 bool GeneralParams::setgen(const GeneralOption& option, int valueDigit)
 {
-    return walk(option) && key(wire::digitKey(valueDigit)) && key(wire::exitKey(bc785d_));
+    auto keys = walk(option);
+    keys.push_back(wire::digitKey(valueDigit));
+    keys.push_back(wire::exitKey(bc785d_));
+    return walker().press(keys);
 }
 
 bool GeneralParams::read(const std::function<void(int step)>& progress)

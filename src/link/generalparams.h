@@ -8,6 +8,7 @@
 // stands inverted; it is set by the same walk and the digit of the value.
 
 #include "link/exchange.h"
+#include "link/menuwalk.h"
 
 #include <array>
 #include <functional>
@@ -66,7 +67,8 @@ public:
 
 private:
     bool key(const std::string& command);
-    bool walk(const GeneralOption& option);
+    MenuWalk walker();
+    static std::vector<std::string> walk(const GeneralOption& option);
 
     ExchangeEngine& engine_;
     int bc785d_;

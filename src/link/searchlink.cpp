@@ -1,5 +1,6 @@
 #include "searchlink.h"
 
+#include "link/menuwalk.h"
 #include "link/portsetup.h"
 #include "link/vocabulary.h"
 
@@ -14,7 +15,6 @@ namespace {
 constexpr int kSearchKey = 9;   // SRCH; held, it opens the search menu at the range list
 constexpr int kScanKey = 1;
 constexpr int kItemStep = 2, kItemMode = 3, kItemTag = 4;
-constexpr double kDisplayWait = 0.1;
 
 // One line of a menu list as line 3 shows it under the cursor: the digit,
 // the label padded to the sixteen characters, and the opening of the mask.
@@ -24,9 +24,6 @@ std::string menuItem(int index, const std::string& label)
     text.resize(16, ' ');
     return "[" + text + "][*****";
 }
-
-// The digit key of range r: "KEY02 1" for the first, "KEY02 0" for the tenth.
-std::string rangeDigit(int range) { return wire::digitKey((range + 1) % 10); }
 
 // Index of the first item line the reply holds, 0 when none.
 int matchItem(std::string_view reply, const std::vector<std::string>& items)
@@ -169,32 +166,23 @@ bool SearchLink::checkModel(Direction direction, ModelSwitches& model)
 
 // The walk of Search Events: SCAN, the exit key, held SRCH opens the range
 // list, the range's digit, the item's digit, the choice's digit, and out.
+// The walks of the search range menu, after SCAN: the Search Events window
+// may find the scanner anywhere.
+MenuWalk SearchLink::walk(int bc785d)
+{
+    return MenuWalk(port_, [this](double s) { scheduler_.wait(s); return true; }, bc785d, delay());
+}
+
 void SearchLink::menuSet(int range, int item, int value, int bc785d)
 {
     command(wire::key(kScanKey));
-    command(wire::exitKey(bc785d));
-    command(wire::key(kSearchKey, true));
-    command(rangeDigit(range));
-    command(wire::digitKey(item));
-    command(wire::digitKey(value % 10));
-    command(wire::exitKey(bc785d));
+    walk(bc785d).setbankmenu(range, item, value % 10);
 }
 
-// The same walk up to the item, then the display; the scanner is left out of
-// the menu again.
 std::string SearchLink::menuRead(int range, int item, int bc785d)
 {
     command(wire::key(kScanKey));
-    command(wire::exitKey(bc785d));
-    command(wire::key(kSearchKey, true));
-    command(rangeDigit(range));
-    command(wire::digitKey(item));
-    port_.input();
-    send(wire::readDisplayLine(0));
-    scheduler_.wait(std::max(kDisplayWait, delay()));
-    const std::string reply = port_.input();
-    command(wire::exitKey(bc785d));
-    return reply;
+    return walk(bc785d).readbankmenu(range, item);
 }
 
 void SearchLink::sendLimits(const SearchRangeData& ranges, const Progress& progress)

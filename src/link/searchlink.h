@@ -7,6 +7,8 @@
 // Everything here is synchronous: receive events stay off, each command is
 // followed by the delay of the baud rate, and replies are read whole.
 
+#include "link/menuwalk.h"
+
 #include "core/cellcodes.h"
 #include "core/settings.h"
 
@@ -62,6 +64,7 @@ public:
 private:
     void send(const std::string& line);
     std::string menuRead(int range, int item, int bc785d);
+    MenuWalk walk(int bc785d);
     void menuSet(int range, int item, int value, int bc785d);
     void sendLimits(const SearchRangeData& ranges, const Progress& progress);
 
