@@ -11,6 +11,7 @@ _kestractl()
         --dir|--record) COMPREPLY=($(compgen -d -- "$cur")); return ;;
         --model) COMPREPLY=($(compgen -W "BC250D BC296D BC785D BC796D UBC3300" -- "$cur")); return ;;
         --banks) COMPREPLY=($(compgen -W "all 1 2 3 4 5 6 7 8 9 10" -- "$cur")); return ;;
+        --data) COMPREPLY=($(compgen -W "all channels ids trunk search channels,ids,trunk,search" -- "$cur")); return ;;
     esac
     if [ -z "$command" ]; then
         COMPREPLY=($(compgen -W "$commands --help --version --quiet" -- "$cur"))
@@ -26,8 +27,8 @@ _kestractl()
         monitor) options+=" --port --duration --dir --log --record" ;;
         sim) options+=" --model --link --load --dump --log --latency --faults --baud --activity --traffic" ;;
         print) options+=" --report --bank --model --date" ;;
-        read) options+=" --port --banks --merge --no-verify --base --dir" ;;
-        send) options+=" --port --banks --dir" ;;
+        read) options+=" --port --banks --data --merge --no-verify --base --dir" ;;
+        send) options+=" --port --banks --data --dir" ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$options" -- "$cur"))

@@ -1,5 +1,5 @@
-// kestractl read OUT.mem [--port P] [--banks all|N|A-B] [--merge] [--no-verify] [--base IN.mem] [--dir FOLDER]
-// kestractl send IN.mem  [--port P] [--banks all|N|A-B] [--dir FOLDER]
+// kestractl read OUT.mem [--port P] [--banks all|N|A-B] [--data LIST] [--merge] [--no-verify] [--base IN.mem] [--dir FOLDER]
+// kestractl send IN.mem  [--port P] [--banks all|N|A-B] [--data LIST] [--dir FOLDER]
 //
 // Read Data and Send Data without a window: the same engine and pipelines,
 // the confirmations answered with yes, progress on stderr when it is a terminal.
@@ -42,7 +42,31 @@ struct Transfer {
     std::string folder = AppFolder::standard().path().string();
     bool merge = false;
     bool noVerify = false;  // take every reply as it comes
+    std::string data = "channels";
 };
+
+// --data: "all" or a list of channels, ids, trunk, search; the window's four
+// ticks. False for a word that is none of them.
+bool takeKinds(const std::string& list, ReadPipeline::Options& o)
+{
+    o.frequencies = o.trunkIds = o.trunkSettings = o.searchEvents = false;
+    if (list == "all") {
+        o.frequencies = o.trunkIds = o.trunkSettings = o.searchEvents = true;
+        return true;
+    }
+    std::size_t from = 0;
+    while (from <= list.size()) {
+        const std::size_t comma = std::min(list.find(',', from), list.size());
+        const std::string word = list.substr(from, comma - from);
+        if (word == "channels") o.frequencies = true;
+        else if (word == "ids") o.trunkIds = true;
+        else if (word == "trunk") o.trunkSettings = true;
+        else if (word == "search") o.searchEvents = true;
+        else return false;
+        from = comma + 1;
+    }
+    return true;
+}
 
 // --banks: "all", a bank 1..10, or a channel range "A-B".
 std::optional<ReadPipeline::Options> scopeOf(const std::string& banks)
@@ -119,6 +143,7 @@ int run(const Transfer& t)
     auto options = scopeOf(t.banks);
     if (!options) return usage("--banks takes all, a bank 1 to 10, or a range A-B");
     options->merge = t.merge;
+    if (!takeKinds(t.data, *options)) return usage("--data takes all, or channels, ids, trunk and search joined by commas");
 
     ProgressBar bar;
     auto progress = [&] { bar.show(engine.status.progress, engine.status.text4); };
@@ -175,8 +200,8 @@ int transfer(const Args& words, bool read)
 {
     Args args = words;
     std::vector<std::pair<std::string, std::string>> options;
-    const std::vector<std::string> valued = read ? std::vector<std::string>{"--port", "--banks", "--base", "--dir"}
-                                                 : std::vector<std::string>{"--port", "--banks", "--dir"};
+    const std::vector<std::string> valued = read ? std::vector<std::string>{"--port", "--banks", "--data", "--base", "--dir"}
+                                                 : std::vector<std::string>{"--port", "--banks", "--data", "--dir"};
     const std::vector<std::string> flags = read ? std::vector<std::string>{"--merge", "--no-verify"} : std::vector<std::string>{};
     if (!takeOptions(args, valued, flags, options)) return 2;
     if (args.size() != 1) return usage(read ? "read takes OUT.mem" : "send takes IN.mem");
@@ -186,6 +211,7 @@ int transfer(const Args& words, bool read)
     for (const auto& [name, value] : options) {
         if (name == "--port") t.port = value;
         if (name == "--banks") t.banks = value;
+        if (name == "--data") t.data = value;
         if (name == "--base") t.base = value;
         if (name == "--dir") t.folder = value;
         if (name == "--merge") t.merge = true;

@@ -84,13 +84,16 @@ const CommandHelp kCommands[] = {
         "      decides which record flag the bank report shows (default: the model\n"
         "      last chosen in the program); TEXT replaces today's date in the title.\n"},
     {"read",
-        "  read OUT.mem [--port P] [--banks all|N|A-B] [--merge] [--base IN.mem] [--dir FOLDER]\n"
+        "  read OUT.mem [--port P] [--banks all|N|A-B] [--data LIST] [--merge] [--base IN.mem] [--dir FOLDER]\n"
         "      Read Data: the scanner's channels (all banks, bank N of 1..10, or the\n"
         "      channels A to B) into OUT.mem; --base starts from a file, --merge keeps\n"
-        "      what is not read.\n"},
+        "      what is not read. LIST: what is moved, channels (the default), ids\n"
+        "      (trunk ID lists and tags), trunk (trunk bank settings) and search\n"
+        "      (search ranges) joined by commas, or all.\n"},
     {"send",
-        "  send IN.mem [--port P] [--banks all|N|A-B] [--dir FOLDER]\n"
-        "      Send Data: the channels of IN.mem into the scanner.\n"
+        "  send IN.mem [--port P] [--banks all|N|A-B] [--data LIST] [--dir FOLDER]\n"
+        "      Send Data: the channels of IN.mem (and what else LIST names) into the\n"
+        "      scanner.\n"
         "      P is a port number of the binding (default: the one of com250.ini), a\n"
         "      device path, or sim:MODEL for the built-in virtual scanner, whose\n"
         "      memory is kept in FOLDER. Questions are answered yes.\n"},

@@ -65,6 +65,9 @@ struct Document {
     // 1 when the last Read Data covered a single bank (a send of all banks
     // then asks twice).
     int onebankread = 0;
+    // 1 when the last read of trunk data (IDs or settings) covered one bank:
+    // sending the IDs of all banks then asks once more.
+    int onebanktrunk = 0;
 
     Document();
 

@@ -1,6 +1,8 @@
 #include "readpipeline.h"
 
 #include "portsetup.h"
+#include "searchlink.h"
+#include "trunksettingslink.h"
 #include "vocabulary.h"
 
 #include "core/text.h"
@@ -280,22 +282,44 @@ void ReadPipeline::decode(int state)
     }
 }
 
-std::string ReadPipeline::Options::kindsNotAvailable() const
+std::vector<int> ReadPipeline::Options::banks() const
 {
-    std::string note;
-    for (const auto& [ticked, kind] : {std::pair{trunkIds, "Trunk Id's"}, std::pair{trunkSettings, "Trunk Bank Settings"},
-                                       std::pair{searchEvents, "Search Events"}})
-        if (ticked) note += std::string(" ") + kind;
-    return note.empty() ? note : "Not yet available in this version:" + note;
+    std::vector<int> list;
+    switch (scope) {
+    case Scope::SingleBank:
+        if (bank >= 0 && bank <= 9) list.push_back(bank);
+        break;
+    case Scope::ChannelRange: {
+        const long long first = std::clamp(IntVal(rangeStart), 1LL, 1000LL), last = std::clamp(IntVal(rangeEnd), 1LL, 1000LL);
+        for (long long b = (first - 1) / 100; b <= (last - 1) / 100; ++b) list.push_back(static_cast<int>(b));
+        break;
+    }
+    default:
+        for (int b = 0; b < 10; ++b) list.push_back(b);
+    }
+    return list;
 }
 
 void ReadPipeline::chainAfterChannels()
 {
-    // The reads of the other kinds would come here, in this order; the last
-    // one ends the run.
-    statusNote = options_.kindsNotAvailable();
-    if (!statusNote.empty()) engine_.status.text3 = statusNote;
-    engine_.endRun();
+    if (options_.trunkIds) {
+        idLink_ = std::make_unique<TrunkIdLink>(engine_, doc_, engine_.settings(), folder_);
+        idLink_->read(options_.banks(), [this](bool) {
+            // A read that failed has said why; the other kinds still follow.
+            afterIds();
+        });
+        return;
+    }
+    afterIds();
+}
+
+void ReadPipeline::afterIds()
+{
+    const auto banks = options_.banks();
+    if (engine_.stopflag == 0 && options_.trunkSettings) TrunkSettingsLink(engine_, doc_).read(banks);
+    if (engine_.stopflag == 0 && options_.searchEvents) readSearchData(engine_, doc_.srcdata, doc_.model);
+    if (options_.trunkIds || options_.trunkSettings) doc_.onebanktrunk = options_.scope == Scope::AllBanks ? 0 : 1;
+    if (engine_.stopflag == 0) engine_.endRun();
 }
 
 void ReadPipeline::readPriority(int bank)

@@ -7,6 +7,7 @@
 
 #include "exchange.h"
 #include "openingreads.h"
+#include "trunkidlink.h"
 
 #include "core/document.h"
 
@@ -14,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -34,9 +36,9 @@ public:
         bool trunkSettings = false;
         bool merge = false;
 
-        // The kinds of data after the channels that this version cannot move
-        // yet ("Not yet available in this version: ..."), "" when none is ticked.
-        std::string kindsNotAvailable() const;
+        // The banks (0..9) the trunk data of the run covers: all ten, the
+        // chosen one, or those the channel range touches.
+        std::vector<int> banks() const;
     };
 
     ReadPipeline(ExchangeEngine& engine, Document& doc, Dialogs& dialogs, Scheduler& scheduler,
@@ -63,7 +65,6 @@ public:
     int& onebankread;                   // the document's
     bool finished = false;              // Timer3 has run: the window closes
     std::function<void()> onFinished;
-    std::string statusNote;             // what the window says of kinds not yet available
     // What of the run could not be read right (a priority channel whose
     // replies never agreed); empty when all went well.
     std::vector<std::string> troubles;
@@ -85,7 +86,10 @@ private:
     // The priority channel of a bank, read until two replies agree.
     void readPriority(int bank);
     void decode(int state);
+    // The other kinds of data after the channels, in the order Trunk Id's,
+    // Trunk Bank Settings, Search Events; the last one ends the run.
     void chainAfterChannels();
+    void afterIds();
     void endOfRun();
     void log(const std::string& line);
 
@@ -96,6 +100,7 @@ private:
     std::filesystem::path folder_;
     Options options_;
     std::ofstream rxdat_;
+    std::unique_ptr<TrunkIdLink> idLink_;
     bool verify_ = true;
     // The copy of a reply that the next one must match, and how often this
     // reply was asked for again.

@@ -15,6 +15,11 @@ namespace {
 constexpr int kSearchKey = 9;   // SRCH; held, it opens the search menu at the range list
 constexpr int kScanKey = 1;
 constexpr int kItemStep = 2, kItemMode = 3, kItemTag = 4;
+// Read Data waits 0.2 s for a limit, and a little longer for a slow line;
+// Send Data 0.1 s behind each limit and tag.
+constexpr double kLimitWait = 0.2;
+constexpr int kLimitPatienceMs = 500;
+constexpr double kSearchSendWait = 0.1;
 
 // One line of a menu list as line 3 shows it under the cursor: the digit,
 // the label padded to the sixteen characters, and the opening of the mask.
@@ -41,6 +46,17 @@ std::optional<std::string> limitOfReply(std::string_view reply, std::string_view
     const auto low = wire::behind(reply, marker, 6, 4);
     if (!high || !low) return std::nullopt;
     return *high + "." + *low;
+}
+
+// The tag of a range as line 3 of its ALPHA TAG item shows it, trailing
+// blanks cut; nothing when the display did not come.
+std::optional<std::string> tagOfDisplay(std::string_view display)
+{
+    const std::size_t at = InStr(display, "LCD3 [");
+    if (at == 0) return std::nullopt;
+    std::string tag = Mid(display, at + 6, 16);
+    while (!tag.empty() && tag.back() == ' ') tag.pop_back();
+    return tag;
 }
 
 } // namespace
@@ -164,8 +180,6 @@ bool SearchLink::checkModel(Direction direction, ModelSwitches& model)
     return true;
 }
 
-// The walk of Search Events: SCAN, the exit key, held SRCH opens the range
-// list, the range's digit, the item's digit, the choice's digit, and out.
 // The walks of the search range menu, after SCAN: the Search Events window
 // may find the scanner anywhere.
 MenuWalk SearchLink::walk(int bc785d)
@@ -240,16 +254,91 @@ void SearchLink::readRanges(SearchRangeData& ranges, const ModelSwitches& model,
     const auto steps = searchStepItems(model);
     for (int r = 0; r < 10; ++r) {
         if (progress) progress(r + 1);
-        const std::string tagReply = menuRead(r, kItemTag, model.bc785d);
-        if (const std::size_t at = InStr(tagReply, "LCD3 ["); at != 0) {
-            std::string tag = Mid(tagReply, at + 6, 16);
-            while (!tag.empty() && tag.back() == ' ') tag.pop_back();
-            ranges[r][4] = tag;
-        }
+        if (auto tag = tagOfDisplay(menuRead(r, kItemTag, model.bc785d))) ranges[r][4] = *tag;
         if (const int mode = matchItem(menuRead(r, kItemMode, model.bc785d), modes)) ranges[r][2] = std::to_string(mode);
         if (const int step = matchItem(menuRead(r, kItemStep, model.bc785d), steps)) ranges[r][3] = std::to_string(step);
     }
     if (progress) progress(0);
+}
+
+// ---- the search ranges of Read Data and Send Data ----
+
+std::vector<std::string> transferStepItems(const ModelSwitches& model)
+{
+    std::vector<std::string> items = searchStepItems(model);
+    // The 6.25 kHz line of the BC296D and BC796D is kept two blanks too long,
+    // as the program has always had it: that step reads as no change.
+    if (model.x96 == 1 && model.ubc33 == 0) items[1] = wire::menu::kStep625Long;
+    return items;
+}
+
+bool readSearchData(ExchangeEngine& engine, SearchRangeData& ranges, const ModelSwitches& model)
+{
+    SerialPort& port = engine.port();
+    port.setRThreshold(0);
+    port.input();
+    for (const bool lower : {true, false}) {
+        for (int r = 0; r < 10; ++r) {
+            engine.status.progress = (lower ? 0 : 50) + r * 5;
+            engine.sendline(lower ? wire::readLowerLimit(r) : wire::readUpperLimit(r));
+            if (!engine.wait(kLimitWait)) return false;
+            if (auto f = limitOfReply(engine.collect(1, kLimitPatienceMs), lower ? "LL" : "LU"))
+                ranges[r][lower ? 0 : 1] = *f;
+        }
+    }
+    MenuWalk walk(port, [&engine](double s) { return engine.wait(s); }, model.bc785d, engine.commdelay());
+    const auto modes = searchModeItems();
+    const auto steps = transferStepItems(model);
+    for (int r = 0; r < 10; ++r) {
+        engine.status.progress = r * 10;
+        const std::string tag = walk.readbankmenu(r, kItemTag);
+        const std::string mode = walk.readbankmenu(r, kItemMode);
+        const std::string step = walk.readbankmenu(r, kItemStep);
+        if (engine.stopflag) return false;
+        if (auto t = tagOfDisplay(tag)) ranges[r][4] = *t;
+        if (const int m = matchItem(mode, modes)) ranges[r][2] = std::to_string(m);
+        if (const int s = matchItem(step, steps)) ranges[r][3] = std::to_string(s);
+    }
+    engine.status.progress = 0;
+    return true;
+}
+
+bool sendSearchData(ExchangeEngine& engine, const SearchRangeData& ranges, const ModelSwitches& model)
+{
+    SerialPort& port = engine.port();
+    port.setRThreshold(0);
+    port.input();
+    int phase = 0;
+    const auto announce = [&] { engine.status.text3 = "Send search data " + std::to_string(++phase) + "/6"; };
+    const auto each = [&](const std::function<std::string(int)>& line) {
+        announce();
+        for (int r = 0; r < 10; ++r) {
+            engine.status.progress = r * 10;
+            engine.sendline(line(r));
+            if (!engine.wait(kSearchSendWait)) return false;
+            port.input();
+        }
+        return true;
+    };
+    const auto lower = [&](int r) { return wire::setLowerLimit(r, ranges[r][0]); };
+    const auto upper = [&](int r) { return wire::setUpperLimit(r, ranges[r][1]); };
+    if (!each(lower) || !each(upper) || !each([&](int r) { return wire::setSearchTag(r, ranges[r][4]); })) return false;
+    announce();
+    MenuWalk walk(port, [&engine](double s) { return engine.wait(s); }, model.bc785d, engine.commdelay());
+    for (int r = 0; r < 10; ++r) {
+        engine.status.progress = r * 10;
+        // A range that starts at 0 is not walked: its limits and tag went above.
+        if (Val(ranges[r][0]) <= 0) continue;
+        const long long mode = IntVal(ranges[r][2]);
+        const long long step = IntVal(ranges[r][3]);
+        if (mode >= 1 && !walk.setbankmenu(r, kItemMode, static_cast<int>(mode % 10))) return false;
+        if (step >= 1 && !walk.setbankmenu(r, kItemStep, static_cast<int>(step % 10))) return false;
+        port.input();
+    }
+    // The menu walks can disturb the limits in the scanner: once more.
+    const bool ok = each(lower) && each(upper);
+    engine.status.progress = 0;
+    return ok;
 }
 
 } // namespace kestra

@@ -7,6 +7,7 @@
 // Everything here is synchronous: receive events stay off, each command is
 // followed by the delay of the baud rate, and replies are read whole.
 
+#include "link/exchange.h"
 #include "link/menuwalk.h"
 
 #include "core/cellcodes.h"
@@ -92,5 +93,15 @@ std::vector<std::string> searchStepItems(const ModelSwitches& model);
 // knows.
 std::vector<std::string> extenderCommands(std::string_view start, std::string_view end, std::string_view mode,
                                           std::string_view step, std::string_view tag);
+
+// The search ranges of Read Data and Send Data ("Search Events"), on the
+// transfer window's port: limits by LL/LU, tag, mode and step by the search
+// menu (without the window's SCAN first). The step lines of the read are
+// those of the model's list, with the BC296D/BC796D 6.25 kHz line that never
+// matches. The send goes in six announced phases, the limits twice. False
+// when STOP cut the run short.
+std::vector<std::string> transferStepItems(const ModelSwitches& model);
+bool readSearchData(ExchangeEngine& engine, SearchRangeData& ranges, const ModelSwitches& model);
+bool sendSearchData(ExchangeEngine& engine, const SearchRangeData& ranges, const ModelSwitches& model);
 
 } // namespace kestra

@@ -1,6 +1,9 @@
 #include "sendpipeline.h"
 
 #include "portsetup.h"
+#include "searchlink.h"
+#include "trunkidlink.h"
+#include "trunksettingslink.h"
 #include "vocabulary.h"
 
 #include "core/bandplan.h"
@@ -362,10 +365,28 @@ void SendPipeline::frequencyStep()
 
 void SendPipeline::chainAfterChannels()
 {
-    // The sends of the other kinds would come here (trunk settings, trunk IDs,
-    // search ranges); the last one ends the run.
-    statusNote = options_.kindsNotAvailable();
-    if (!statusNote.empty()) engine_.status.text3 = statusNote;
+    const auto banks = options_.banks();
+    // A kind that could not be sent whole has said so; the next ones still go,
+    // unless STOP ended the run.
+    if (options_.trunkSettings) TrunkSettingsLink(engine_, doc_).send(banks);
+    if (engine_.stopflag) return;
+    if (options_.trunkIds) {
+        // All banks over a read of one: the IDs of the others would be cleared.
+        if (options_.scope == Scope::AllBanks && doc_.onebanktrunk == 1) {
+            dialogs_.beep();
+            const std::string crlf = wire::kCrLf;
+            if (dialogs_.message("WARNING: Please re-confirm data upload." + crlf +
+                                     "You previously downloaded trunk data from one bank and now you want to upload all banks." +
+                                     crlf + "All remaining trunk id's will be cleared!" + crlf + "Are you sure?",
+                                 {}, Buttons::YesNo, Icon::Exclamation) != Answer::Yes) {
+                engine_.endRun();
+                return;
+            }
+        }
+        TrunkIdLink(engine_, doc_, settings_, folder_).send(banks, ttyper);
+        if (engine_.stopflag) return;
+    }
+    if (options_.searchEvents && !sendSearchData(engine_, doc_.srcdata, doc_.model)) return;
     engine_.endRun();
 }
 

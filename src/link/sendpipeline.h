@@ -57,7 +57,6 @@ public:
     bool freqbykey = false;
     bool finished = false;
     std::function<void()> onFinished;
-    std::string statusNote;
 
     // The keys that type a frequency in ("0100.0000": KEY02 1, KEY02 0,
     // KEY02 0, KEY03, KEY04, KEY04; KEY14 follows).
@@ -77,6 +76,8 @@ private:
     // The wire form of the channel's frequency; nothing (after the message,
     // with the run stopped) when it cannot be formed.
     std::optional<std::string> txdChecked(const std::string& errorText);
+    // The other kinds of data after the channels, in the order Trunk Bank
+    // Settings, Trunk Id's, Search Events; the last one ends the run.
     void chainAfterChannels();
     void endOfRun();
     void log(const std::string& line);

@@ -20,7 +20,7 @@ namespace kestra {
 
 class TrunkIdLink {
 public:
-    TrunkIdLink(ExchangeEngine& engine, Document& doc, Settings& settings, std::filesystem::path folder);
+    TrunkIdLink(ExchangeEngine& engine, Document& doc, const Settings& settings, std::filesystem::path folder);
     ~TrunkIdLink();
 
     // The read of the banks (0..9) of the selection: list tags, IDs, then
@@ -40,7 +40,7 @@ public:
 private:
     ExchangeEngine& engine_;
     Document& doc_;
-    Settings& settings_;
+    const Settings& settings_;
     std::filesystem::path folder_;
 };
 

@@ -114,10 +114,6 @@ TransferWindow::~TransferWindow()
 void TransferWindow::buildControls()
 {
     auto* layout = new QVBoxLayout(this);
-    note_ = new QLabel(this);
-    note_->setObjectName("note");
-    note_->setWordWrap(true);
-    note_->hide();
 
     // The communication frame: status fields, progress and the delay slider.
     frame3D2_ = new QGroupBox("Communication BC2xxD", this);
@@ -192,7 +188,6 @@ void TransferWindow::buildControls()
         check3D3_[i] = new QCheckBox(kKinds[i], frame3D6_);
         check3D3_[i]->setObjectName(QString("Check3D3_%1").arg(i));
         kinds->addWidget(check3D3_[i]);
-        connect(check3D3_[i], &QCheckBox::toggled, this, &TransferWindow::updateNote);
     }
     check3D3_[kFrequencies]->setChecked(true);
     options->addLayout(kinds, 0, 5, 3, 1);
@@ -216,7 +211,6 @@ void TransferWindow::buildControls()
     options->setColumnStretch(4, 1);
     layout->addWidget(frame3D6_);
 
-    layout->addWidget(note_);
 
     // The buttons. "Send Data" has its own start button and Delete Bank in
     // place of command1.
@@ -358,15 +352,6 @@ void TransferWindow::allClicked()
     }
 }
 
-void TransferWindow::updateNote()
-{
-    QStringList missing;
-    for (int i : {kTrunkIds, kTrunkSettings, kSearchEvents})
-        if (check3D3_[i]->isChecked()) missing << kKinds[i];
-    note_->setText("Not yet available in this version: " + missing.join(", "));
-    note_->setVisible(!missing.isEmpty());
-}
-
 ReadPipeline::Options TransferWindow::selection() const
 {
     ReadPipeline::Options o;
@@ -486,11 +471,6 @@ void TransferWindow::refreshStatus()
     for (int i = 0; i < int(lines.size()) && i < combo1_->count(); ++i) {
         const QString q = toQt(lines[i]);
         if (combo1_->itemText(i) != q) combo1_->setItemText(i, q);
-    }
-    const std::string& statusNote = read_ ? read_->statusNote : send_->statusNote;
-    if (!statusNote.empty()) {
-        note_->setText(toQt(statusNote));
-        note_->show();
     }
 }
 

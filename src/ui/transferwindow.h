@@ -115,7 +115,6 @@ public:
     QPushButton* command5() const { return command5_; }
     QPushButton* command3() const { return command3_; }
     // What the window says of the kinds of data that this version does not move yet.
-    QLabel* noteLabel() const { return note_; }
 
     // The window's size at load: 7230 by 5115 twips.
     static constexpr int kWidthTwips = 7230;
@@ -144,7 +143,6 @@ private:
     void stopClicked();
     void delayMoved(int ms);
     void defaultClicked();
-    void updateNote();
     void runEnded();
     std::vector<std::string> bankLines() const;
 
@@ -184,7 +182,6 @@ private:
     QPushButton* command3d1_ = nullptr;
     QPushButton* command5_ = nullptr;
     QPushButton* command3_ = nullptr;
-    QLabel* note_ = nullptr;
 };
 
 } // namespace kestra

@@ -269,15 +269,6 @@ TEST(ReadPipeline, ARangeEndingAtOneThousandReadsNothingPastIt)
     EXPECT_EQ(std::count(bench.lines.begin(), bench.lines.end(), "MA001"), 2);  // the two of the opening only
 }
 
-TEST(ReadPipeline, KindsNotBuiltYetAreNamedInTheirOrder)
-{
-    ReadPipeline::Options o;
-    EXPECT_EQ(o.kindsNotAvailable(), "");
-    o.searchEvents = true;
-    o.trunkIds = true;
-    EXPECT_EQ(o.kindsNotAvailable(), "Not yet available in this version: Trunk Id's Search Events");
-}
-
 // ---- sending ----
 
 TEST(SendPipeline, KeyedFrequenciesSkipTheLeadingAndTrailingZeros)

@@ -200,11 +200,6 @@ TEST_F(TransferWindowTest, ARangeReadsFrequenciesOnlyAndTheBankOptionsGiveTheOth
         click(window->command22());
         for (int i = 0; i < 4; ++i) EXPECT_TRUE(window->check3D3(i)->isChecked()) << option << " " << i;
     }
-    // The kinds this version does not move yet are named in the window.
-    EXPECT_TRUE(window->noteLabel()->isVisibleTo(window.get()));
-    EXPECT_TRUE(window->noteLabel()->text().contains("Trunk Id's"));
-    for (int i = 1; i < 4; ++i) window->check3D3(i)->setChecked(false);
-    EXPECT_FALSE(window->noteLabel()->isVisibleTo(window.get()));
 }
 
 TEST_F(TransferWindowTest, TheRangeFieldsTakeDigitsMinusAndPointOnly)

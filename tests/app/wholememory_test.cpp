@@ -1,0 +1,207 @@
+// A whole scanner's programming through kestractl send and read --data all,
+// on a pseudo-terminal through the real serial port, on each model: trunk
+// banks of every type, ID lists with tags and flags, ten search ranges, the
+// general parameters. What the scanner kept (its --dump) and what a read
+// brings back are compared field by field with the document sent; the
+// differences the transfer makes on purpose are named.
+
+#include "core/memfile.h"
+#include "core/setupfile.h"
+#include "core/text.h"
+#include "sim/simprocess.h"
+#include "support/kestractl.h"
+#include "support/testfiles.h"
+#include "trunk/trunkids.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace kestra::test {
+namespace {
+
+struct ModelCase {
+    const char* name;
+    bool bc7;       // the BC785D family: eight delays and the record flag
+    int steps;      // entries of the search step list
+};
+
+const ModelCase kModels[] = {
+    {"BC250D", false, 8}, {"BC296D", false, 9}, {"BC785D", true, 8}, {"BC796D", true, 9}, {"UBC3300", true, 10},
+};
+
+// The raw ID of slot n of a bank in its system's syntax, before the normaliser.
+std::string rawId(int type, int bank, int n)
+{
+    switch (type) {
+    case 2: return std::to_string(100 + bank * 100 + n) + "-0" + std::to_string(n % 10);  // Type 1: block-fleet-sub
+    case 6: case 7: return std::to_string(1 + (bank + n) % 15) + "-" + std::to_string(n % 16) + std::to_string(n % 8);
+    case 8: return std::to_string(10000 + bank * 1000 + n * 7);
+    default: return std::to_string(16 + bank * 1000 + n * 16);
+    }
+}
+
+// Every bank a trunk system (types 1 to 9, the tenth conventional), three
+// channels a bank, ID lists of every kind of system (two of them full), ten
+// search ranges with every field set.
+Document wholeMemory(const ModelCase& m)
+{
+    Document doc;
+    doc.clearstores();
+    for (int b = 0; b < 10; ++b) {
+        const int type = b < 9 ? b + 1 : 0;
+        doc.banktags[b] = "Bank tag " + std::to_string(b + 1);
+        for (int r = 1; r <= 3; ++r) {
+            auto& line = doc.memdata[b][r];
+            line[col::freq] = padfreq(std::to_string(851 + r) + "." + std::to_string(1250 + b * 100), 8, 5);
+            line[col::tag] = "B" + std::to_string(b + 1) + " ch " + std::to_string(r);
+            line[col::trunk] = type != 0 && type != 8 ? "1" : "0";
+        }
+        TrunkSystem& sys = doc.trunkset[b];
+        sys.trunktype = std::to_string(type);
+        auto& f = sys.trunkfields;
+        f.fill("0");
+        if (type == 0) continue;
+        if (type <= 3) f[0] = type == 3 ? "1" : std::to_string(1 + b % 4);
+        if (type <= 5) {
+            f[1] = "1";
+            f[2] = b % 2 ? "1" : "0";
+        }
+        if (type == 6 || type == 7 || type == 9) {
+            f[1] = type == 7 ? "1" : "0";
+            f[9] = "1";
+        }
+        if (type != 8) f[4] = std::to_string(b % 3);
+        f[5] = m.bc7 ? std::to_string(1 + b % 7) : (type == 6 || type == 7 || type == 9 ? "0" : "2");
+        if (m.bc7) f[6] = b % 2 ? "0" : "1";
+        f[8] = "1";
+        if (type == 2) {
+            f[7] = "0";
+            const char* codes[] = {"04", "10", "01", "12", "", "", "", ""};
+            for (int n = 0; n < 8; ++n) sys.trunkblocks[0][n] = codes[n];
+        }
+        if (type == 4 || type == 5) {
+            for (int s = 0; s < 2; ++s) {
+                sys.trunkblocks[s][0] = type == 4 ? "0" + std::to_string(406 + s * 10) + ".1250" : "0" + std::to_string(136 + s) + ".0000";
+                sys.trunkblocks[s][1] = s ? "025.0" : "012.5";
+                sys.trunkblocks[s][2] = std::to_string(380 + s);
+            }
+        }
+        if (type == 9) continue;  // EDACS SCT has no ID lists
+        const int filled = (type == 1 || type == 6) ? 100 : 12;
+        for (int l = 0; l < 10; ++l) doc.trunklisttags[b][l] = "List " + std::to_string(l + 1) + " b" + std::to_string(b + 1);
+        for (int n = 0; n < filled; ++n) {
+            auto& row = doc.trunkids[b][n];
+            row[idcol::id] = normaliseId(type, rawId(type, b, n));
+            row[idcol::tag] = n % 5 == 4 ? "" : "Id " + std::to_string(n) + " of " + std::to_string(b + 1);
+            row[idcol::record] = m.bc7 && n % 3 == 0 ? "1" : "0";
+            row[idcol::beep] = n % 4 == 1 ? "1" : "0";
+        }
+    }
+    for (int r = 0; r < 10; ++r) {
+        auto& s = doc.srcdata[r];
+        s[0] = padfreq(std::to_string(150 + r * 10) + ".0000", 8, 5);
+        s[1] = padfreq(std::to_string(155 + r * 10) + ".5000", 8, 5);
+        s[2] = std::to_string(1 + r % 5);
+        s[3] = std::to_string(1 + r % m.steps);
+        s[4] = "Range " + std::to_string(r + 1);
+    }
+    return doc;
+}
+
+// The names of the fields the scanner keeps in which two documents differ.
+std::set<std::string> differences(const Document& a, const Document& b)
+{
+    std::set<std::string> names;
+    const auto differ = [&](bool same, const std::string& name) {
+        if (!same) names.insert(name);
+    };
+    for (int bank = 0; bank < 10; ++bank) {
+        const std::string where = "bank " + std::to_string(bank + 1) + " ";
+        for (int r = 1; r <= 100; ++r)
+            for (int c : {col::freq, col::tag, col::trunk})
+                differ(trim(a.memdata[bank][r][c]) == trim(b.memdata[bank][r][c]), where + "channel " + std::to_string(r));
+        const TrunkSystem& x = a.trunkset[bank];
+        const TrunkSystem& y = b.trunkset[bank];
+        differ(IntVal(x.trunktype) == IntVal(y.trunktype), where + "type");
+        if (IntVal(x.trunktype) == 0) continue;
+        for (int f : {0, 1, 2, 4, 5, 6, 7, 8, 9})
+            differ(IntVal(x.trunkfields[f]) == IntVal(y.trunkfields[f]), where + "field " + std::to_string(f));
+        for (int s = 0; s < 3; ++s)
+            for (int i = 0; i < 8; ++i)
+                differ(Val(x.trunkblocks[s][i]) == Val(y.trunkblocks[s][i]), where + "block " + std::to_string(s));
+        for (int l = 0; l < 10; ++l)
+            differ(trim(a.trunklisttags[bank][l]) == trim(b.trunklisttags[bank][l]), where + "list tags");
+        for (int n = 0; n < 100; ++n)
+            for (int c = 0; c < 4; ++c) {
+                static const char* names[] = {"ids", "id tags", "id record", "id beep"};
+                differ(trim(a.trunkids[bank][n][c]) == trim(b.trunkids[bank][n][c]) ||
+                           (c > 0 && trim(a.trunkids[bank][n][0]).empty()),
+                       where + names[c]);
+            }
+    }
+    for (int r = 0; r < 10; ++r)
+        for (int f = 0; f < 5; ++f)
+            differ(f < 2 ? Val(a.srcdata[r][f]) == Val(b.srcdata[r][f]) : trim(a.srcdata[r][f]) == trim(b.srcdata[r][f]),
+                   "range " + std::to_string(r + 1) + " field " + std::to_string(f));
+    return names;
+}
+
+Document load(const std::string& path)
+{
+    Document doc;
+    doc.clearstores();
+    EXPECT_EQ(readMem(doc, readBytes(path), 0).status, MemLoadStatus::Loaded) << path;
+    return doc;
+}
+
+class WholeMemory : public ::testing::TestWithParam<ModelCase> {};
+
+TEST_P(WholeMemory, SentIntoAnEmptyScannerAndReadBack)
+{
+    const ModelCase& m = GetParam();
+    TempDir home;
+    const Document doc = wholeMemory(m);
+    writeBytes(home.path() / "doc.mem", memText(doc, Settings{}));
+    const std::string dir = " --dir " + home.path().string();
+    Settings fast;
+    fast.delay1 = 25;  // the shortest step delay the program allows
+    ASSERT_EQ(writeSetup(fast, home.path()), "");
+    // The commands the scanner refused, from the send's log.
+    const auto refused = [&] {
+        std::string lines;
+        for (const std::string& line : crlfLines(readBytes(home.path() / "txlog.txt")))
+            if (line.find("Refused") != std::string::npos) lines += line + "\n";
+        return lines;
+    };
+
+    // Into an empty scanner; its memory when the send is over.
+    {
+        SimProcess sim({"--model", m.name, "--dump", home.file("dump.mem"), "--log", home.file("send.log")},
+                       home.file("sim.err"));
+        ASSERT_FALSE(sim.device().empty());
+        const CtlRun sent = runKestractl(home, "send " + home.file("doc.mem") + " --data all --port " + sim.device() + dir, 900);
+        ASSERT_EQ(sent.status, 0) << sent.err << refused();
+        const CtlRun general = runKestractl(home, "general send " + home.file("doc.mem") + " --port " + sim.device() + dir +
+                                                      " --set 'Key Beep=off' --set 'SQ Mode=Tone SQ'", 120);
+        ASSERT_EQ(general.status, 0) << general.err;
+        ASSERT_EQ(sim.stop(), 0);
+    }
+    const Document dumped = load(home.file("dump.mem"));
+    std::set<std::string> expectedInScanner;
+    EXPECT_EQ(differences(doc, dumped), expectedInScanner) << m.name;
+
+    // From a scanner that holds the document, into an empty one.
+    SimProcess sim({"--model", m.name, "--load", home.file("doc.mem")}, home.file("sim2.err"));
+    ASSERT_FALSE(sim.device().empty());
+    const CtlRun read = runKestractl(home, "read " + home.file("back.mem") + " --data all --port " + sim.device() + dir, 900);
+    ASSERT_EQ(read.status, 0) << read.err;
+    std::set<std::string> expectedBack;
+    EXPECT_EQ(differences(doc, load(home.file("back.mem"))), expectedBack) << m.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Models, WholeMemory, ::testing::ValuesIn(kModels),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+} // namespace
+} // namespace kestra::test
