@@ -1,6 +1,6 @@
 // kestractl sim --model MODEL [--link PATH] [--load FILE.mem] [--dump FILE.mem]
 //               [--log FILE] [--latency MS] [--faults LIST] [--baud RATE]
-//               [--activity seed=N,busy=F] [--traffic FILE]
+//               [--activity seed=N,busy=F] [--traffic FILE] [--menu-shift N]
 //
 // The virtual scanner on a pseudo-terminal: the device path is the first line
 // on stdout, the scanner answers there until SIGINT, SIGTERM or SIGHUP, and
@@ -81,7 +81,7 @@ int sim(const Args& words)
     Args args = words;
     std::vector<std::pair<std::string, std::string>> options;
     if (!takeOptions(args, {"--model", "--link", "--load", "--dump", "--log", "--latency", "--faults", "--baud", "--activity",
-                      "--traffic"}, {},
+                      "--traffic", "--menu-shift"}, {},
                      options))
         return 2;
     if (!args.empty()) return usage("sim takes no word " + args[0]);
@@ -89,6 +89,7 @@ int sim(const Args& words)
     std::string link, load, dump, logPath;
     int latencyMs = 0;
     std::optional<int> baud;
+    int menuShift = 0;
     LineFaults faults;
     std::optional<sim::Traffic> traffic;
     for (const auto& [name, value] : options) {
@@ -111,6 +112,10 @@ int sim(const Args& words)
             const auto parsed = LineFaults::parse(value);
             if (!parsed) return usage("--faults: cannot read " + value);
             faults = *parsed;
+        } else if (name == "--menu-shift") {
+            const auto steps = wholeNumber(value, 9);
+            if (!steps) return usage("--menu-shift takes 0 to 9 entries");
+            menuShift = *steps;
         } else if ((name == "--activity" || name == "--traffic") && traffic) {
             return usage("sim takes one of --activity and --traffic");
         } else if (name == "--activity") {
@@ -151,6 +156,7 @@ int sim(const Args& words)
         return 1;
     }
     sim::VirtualScanner scanner(*model);
+    scanner.setBankMenuShift(menuShift);
     if (!load.empty()) {
         std::string bytes;
         if (!readFileBytes(load, bytes)) {

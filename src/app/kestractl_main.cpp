@@ -60,6 +60,7 @@ const CommandHelp kCommands[] = {
     {"sim",
         "  sim --model MODEL [--link PATH] [--load FILE.mem] [--dump FILE.mem] [--log FILE]\n"
         "      [--latency MS] [--faults LIST] [--baud RATE] [--activity seed=N,busy=F] [--traffic FILE]\n"
+        "      [--menu-shift N]\n"
         "      run the virtual scanner on a pseudo-terminal that any serial program can\n"
         "      open; its device path is the first line printed. PATH becomes a link to\n"
         "      it. --load fills the scanner's memory from a MEM file; on SIGINT or\n"
@@ -68,6 +69,8 @@ const CommandHelp kCommands[] = {
         "      --latency delays every reply. --baud sets the scanner's speed (default\n"
         "      19200); a client at another speed hears garbage. LIST is faults of the\n"
         "      line, e.g. drop=0.05,split=0.3,garble=0.01,stray=0.01,delay=200,seed=7.\n"
+        "      --menu-shift N moves the trunk bank menu by N entries, as another\n"
+        "      firmware might: the walks of a transfer must find their items by name.\n"
         "      The scanner scans and searches as time passes. --activity makes random\n"
         "      transmissions on its channels and trunk IDs, the same for the same seed,\n"
         "      on the air a share F (0..1) of the time; --traffic plays a script, one\n"

@@ -58,8 +58,8 @@ bool MenuWalk::exit() { return press({exitKey()}); }
 
 std::string MenuWalk::readLine(int line)
 {
-    const char* request = line == Line3 ? "LCD3" : line == Line4 ? "LCD4" : "LCD";
-    const std::string marker = line == Line3 ? "LCD3 [" : line == Line4 ? "LCD4 [" : "LCD1 [";
+    const char* request = line == Line3 ? "LCD3" : line == Line4 ? "LCD4" : line == Line2 ? "LCD2" : "LCD";
+    const std::string marker = line == Line3 ? "LCD3 [" : line == Line4 ? "LCD4 [" : line == Line2 ? "LCD2 [" : "LCD1 [";
     port_.input();  // the keys' "OK"s
     port_.output(std::string(request) + wire::kCrLf);
     if (!wait_(kLcdWait)) return "";
@@ -75,6 +75,48 @@ std::string MenuWalk::readLine(int line)
     const auto at = got.find(marker);
     return at == std::string::npos ? std::string() : got.substr(at);
 }
+
+std::string MenuWalk::look(int line) { return readLine(line); }
+
+std::optional<std::string> MenuWalk::lineText(std::string_view display, int n)
+{
+    const std::string marker = "LCD" + std::to_string(n) + " [";
+    const auto at = display.find(marker);
+    if (at == std::string_view::npos || display.size() < at + marker.size() + 16) return std::nullopt;
+    std::string text(display.substr(at + marker.size(), 16));
+    while (!text.empty() && text.back() == ' ') text.pop_back();
+    return text;
+}
+
+std::string MenuWalk::entryName(std::string_view lineText)
+{
+    const auto first = lineText.find_first_not_of(' ');
+    if (first == std::string_view::npos) return "";
+    std::string_view name = lineText.substr(first);
+    if (name.size() >= 2 && name[0] >= '0' && name[0] <= '9' && name[1] == ':') name.remove_prefix(2);
+    return std::string(name);
+}
+
+bool MenuWalk::onItem(std::string_view item, std::string_view display)
+{
+    std::optional<std::string> named = lineText(display, 2);
+    if (!named) named = lineText(look(Line2), 2);
+    return named && *named == item;
+}
+
+bool MenuWalk::enterEntry(std::string_view item, int steps)
+{
+    for (int n = 0; n <= steps; ++n) {
+        const auto selected = lineText(look(Line3), 3);
+        if (selected && entryName(*selected) == item) return press({enterKey()});
+        if (n < steps && !press({downKey()})) return false;
+    }
+    return false;
+}
+
+std::string MenuWalk::upKey() const { return wire::key(bc785d_ == 1 ? kUpKey : 15); }
+std::string MenuWalk::downKey() const { return wire::key(bc785d_ == 1 ? 8 : 16); }
+std::string MenuWalk::enterKey() { return wire::key(kEnterKey); }
 
 std::string MenuWalk::readAfter(const std::vector<std::string>& keys, int line)
 {

@@ -14,6 +14,7 @@
 #include "platform/serialport.h"
 
 #include <functional>
+#include <optional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -29,8 +30,9 @@ public:
     MenuWalk(SerialPort& port, Wait wait, int bc785d, double keydelay);
 
     // Which display line a read takes: 1 line 3 ("LCD3"), 2 the whole
-    // display ("LCD", from "LCD1 [" on), 3 line 4 ("LCD4").
-    enum Line { Line3 = 1, All = 2, Line4 = 3 };
+    // display ("LCD", from "LCD1 [" on), 3 line 4 ("LCD4"), 4 line 2
+    // ("LCD2", where a menu names the item on view).
+    enum Line { Line3 = 1, All = 2, Line4 = 3, Line2 = 4 };
 
     // Menu, three digits, then UP once (move 0) or twice (move 1) to an item
     // past the numbered ones, E, and the line.
@@ -52,6 +54,28 @@ public:
     // The keys as given, each followed by the key delay; false once stopped.
     bool press(const std::vector<std::string>& keys);
     bool exit();
+    // The display line asked for now, without a key: the text from the
+    // line's marker on, "" when it never came.
+    std::string look(int line);
+
+    // The sixteen characters of display line n (1..4) in a reply, without
+    // the trailing blanks; nothing when the reply lacks that line.
+    static std::optional<std::string> lineText(std::string_view display, int n);
+    // The entry a list line shows, without its number: "4:DELAY" is "DELAY".
+    static std::string entryName(std::string_view lineText);
+    // Whether line 2 of the display names `item` ("DELAY", "END CODE"), as
+    // it does while that item's options are on view. Asks for "LCD2" unless
+    // `display` already holds line 2.
+    bool onItem(std::string_view item, std::string_view display = {});
+    // In a menu list: steps down the list (at most `steps` times) until the
+    // selected entry, on line 3, is `item`, and enters it. False when the
+    // list does not have it. The repair of a walk whose digit opened another
+    // item than it should: the list is searched by name.
+    bool enterEntry(std::string_view item, int steps);
+
+    std::string upKey() const;
+    std::string downKey() const;
+    static std::string enterKey();
 
     std::string exitKey() const;
     static std::string menuKey();

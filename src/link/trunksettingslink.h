@@ -8,9 +8,11 @@
 // receive events are off while it runs.
 
 #include "link/exchange.h"
+#include "link/menuwalk.h"
 
 #include "core/document.h"
 
+#include <string>
 #include <vector>
 
 namespace kestra {
@@ -32,9 +34,32 @@ public:
     bool readfleet(int bank);
     bool sendfleet(int bank);
 
+    // Every walk to a menu item checks that line 2 of the display names the
+    // item before a value is taken or a value digit pressed; a menu that
+    // shows another item is looked through by name. A bank whose item cannot
+    // be found is left: a read stores nothing of it, a send goes on with the
+    // next bank, and read or send returns false with the status line naming it.
+    const std::vector<int>& failedBanks() const { return failed_; }
+    const std::string& message() const { return message_; }
+    // The walks that met another item than they looked for, so far.
+    int repairs() const { return repairs_; }
+
 private:
+    enum class Walked { Done, Stopped, Lost };
+    MenuWalk walker();
+    int typeOf(int bank) const;
+    void fail(int bank, const std::string& why);
+    std::string failedText(const char* what) const;
+    std::vector<std::string> bankMenuKeys(const MenuWalk& walk, int bank) const;
+    Walked openItem(MenuWalk& walk, int bank, int placeDigit, int move, const char* name, bool wholeDisplay,
+                    std::string& shown);
+    std::vector<std::string> typeLines(int bank);
+
     ExchangeEngine& engine_;
     Document& doc_;
+    std::vector<int> failed_;
+    std::string message_;
+    int repairs_ = 0;
 };
 
 } // namespace kestra

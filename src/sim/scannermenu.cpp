@@ -153,6 +153,16 @@ std::vector<Menu::Entry> Menu::entries(const Frame& frame) const
             if (motorola) add(0, "END CODE", Node::EndCode);
             if (edacs) add(0, "ID FORMAT", Node::IdFormat);
         }
+        if (bankShift_ > 0 && !list.empty()) {
+            for (Entry& e : list) {
+                if (e.digit < 0) continue;
+                const auto colon = e.label.find(':');
+                e.digit = (e.digit + bankShift_) % 10;
+                e.label = number(e.digit) + e.label.substr(colon);
+            }
+            const auto moved = static_cast<std::ptrdiff_t>(static_cast<std::size_t>(bankShift_) % list.size());
+            std::rotate(list.begin(), list.begin() + moved, list.end());
+        }
         break;
     }
     case Node::IdSlot:

@@ -46,6 +46,14 @@ public:
     bool isOpen() const { return !stack_.empty(); }
 
     void press(MenuKey key, int digit = 0);
+
+    // A fault for testing the walks: the trunk bank menu of another firmware,
+    // moved by `steps` entries. Every numbered entry carries a number that
+    // many higher (DELAY under 5 instead of 4) and the list starts that many
+    // entries later (the entries in front go to its end), so a walk by
+    // digits or by UP from the top meets another item. 0 is the true menu.
+    void setBankMenuShift(int steps) { bankShift_ = steps; }
+    int bankMenuShift() const { return bankShift_; }
     Screen screen() const;
 
 private:
@@ -89,6 +97,7 @@ private:
 
     ScannerMemory& mem_;
     std::vector<Frame> stack_;
+    int bankShift_ = 0;
 };
 
 } // namespace kestra::sim

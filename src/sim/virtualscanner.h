@@ -74,6 +74,8 @@ public:
     // ---- present state ----
     Mode mode() const { return mode_; }
     bool inMenu() const { return menu_.isOpen(); }
+    // The fault of a trunk bank menu moved by `steps` entries (see Menu).
+    void setBankMenuShift(int steps) { menu_.setBankMenuShift(steps); }
     int currentChannel() const { return channel_; }
     int currentRange() const { return range_; }
     int trunkBank() const { return trunkBank_; }

@@ -10,6 +10,7 @@
 // text.
 
 #include "core/document.h"
+#include "core/trunkcodes.h"
 
 #include <array>
 #include <string>
@@ -17,23 +18,6 @@
 
 namespace kestra {
 
-// The trunk type codes: positions in the Trunk Type list. Code 1 is Type 2 at
-// 800 MHz and code 2 is Type 1; every reader of trunktype compares with these.
-namespace trunktype {
-enum Code : int {
-    Unknown = 0,
-    Type2_800 = 1,
-    Type1 = 2,
-    Type2_900 = 3,
-    Type2_UHF = 4,
-    Type2_VHF = 5,
-    EdacsWide = 6,
-    EdacsNarrow = 7,
-    LT = 8,
-    EdacsSCT = 9,
-};
-} // namespace trunktype
-inline constexpr int kTrunkTypeCount = 10;
 
 // The texts of the Trunk Type list, code 0 to 9 ("Motorola Type 1 " has its
 // trailing blank).
@@ -65,9 +49,6 @@ const std::vector<std::string>& trunkDelayEntries(int bc785d);
 const std::vector<std::string>& fleetmapEntries();
 inline constexpr int kFleetmapCustom = 0;
 inline constexpr int kFleetmapNone = 17;
-
-// The sixteen fleetmap presets: eight block size codes each (preset n at n - 1).
-const std::array<std::array<int, 8>, 16>& fleetmapPresets();
 
 // Base Config n (0..2) of a Type 2 UHF or VHF bank, as its three boxes show it.
 struct BaseConfigBoxes {
