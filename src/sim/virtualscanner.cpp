@@ -469,6 +469,10 @@ std::string VirtualScanner::trunkTypeCommand(std::string_view args)
         t.kind = kind;
         return kOk;
     }
+    // The closing digit names the Base Config; the fill line the channel
+    // send uses when a bank's type must change ("TR b 4 04160000 0125 381")
+    // has none and goes to the first.
+    if (parts.size() == 4) parts.push_back("1");
     if (parts.size() != 5 || parts[1].size() != 8 || parts[2].size() != 4 || parts[3].size() != 3 ||
         parts[4].size() != 1 || !allDigits(parts[1]) || !allDigits(parts[2]) || !allDigits(parts[3]) ||
         !allDigits(parts[4]))
