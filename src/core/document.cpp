@@ -135,4 +135,10 @@ std::vector<std::string> bankEmptyStatus(const Document& doc)
     return lines;
 }
 
+int bankTrunkType(const Document& doc, int bank)
+{
+    if (bank < 0 || bank >= kChannelBanks) return 0;
+    return static_cast<int>(IntVal(doc.trunkset[bank].trunktype));
+}
+
 } // namespace kestra

@@ -36,6 +36,14 @@ struct TrunkSystem {
 
 // One entry of a bank's trunk ID list: five text fields.
 using TrunkIdEntry = std::array<std::string, 5>;
+namespace idcol {
+inline constexpr int id = 0, tag = 1, record = 2, beep = 3, reserved = 4;
+}
+inline constexpr int kIdLists = 10;       // scan lists per bank
+inline constexpr int kIdsPerList = 10;
+// The store row of slot `digit` (0..9, 0 the tenth) of list 0..9: the store
+// keeps each list the way the scanner numbers it.
+inline constexpr int idStoreRow(int list, int digit) { return list * kIdsPerList + digit; }
 
 struct Document {
     // memdata: [bank][row][column], column 13 the comment.
@@ -100,6 +108,9 @@ struct Document {
     void addeasytag(std::string_view tag, int bank, int option9);
     void clearEasyTags();
 };
+
+// The trunk type code of a bank (trunkset's trunktype as a number; "" is 0).
+int bankTrunkType(const Document& doc, int bank);
 
 // A channel's number: bank * 100 + row (bank 0 row 1 is channel 1). The
 // numbers 1001..1100 are the Dummy bank's.

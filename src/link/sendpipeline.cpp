@@ -235,14 +235,8 @@ void SendPipeline::senddata()
     if (firstOfBank && tyes[bk] == 1 && ttype != ttyper[bk] && settings_.option8 == 0) {
         engine_.status.text3 = "setting trunktype required.. please wait..";
         port.setRThreshold(0);
-        std::string code;
-        switch (ttype) {
-        case 4: code = "4 04160000 0125 381"; break;
-        case 5: code = "5 01360000 0125 381"; break;
-        default: code = std::to_string(wire::scannerTrunkType(ttype)); break;
-        }
-        if (ttype >= 1 && ttype <= 9) {
-            engine_.sendline(wire::setTrunkType(bk, code));
+        if (const auto typeLine = wire::trunkTypeLine(bk, ttype)) {
+            engine_.sendline(*typeLine);
             ++unanswered;
         }
         if (!engine_.wait(0.1)) return;

@@ -133,6 +133,17 @@ int scannerTrunkType(int programType)
     }
 }
 
+std::optional<std::string> trunkTypeLine(int bank, int programType)
+{
+    switch (programType) {
+    case 4: return setTrunkType(bank, "4 04160000 0125 381");
+    case 5: return setTrunkType(bank, "5 01360000 0125 381");
+    default:
+        if (programType < 1 || programType > 9) return std::nullopt;
+        return setTrunkType(bank, std::to_string(scannerTrunkType(programType)));
+    }
+}
+
 // ---- search commands ----
 
 std::string readLowerLimit(int range) { return std::string("LL ") + bankLetter(range); }

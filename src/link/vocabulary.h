@@ -68,6 +68,11 @@ std::string readIdBeep(int bank, char list, int slot);    // "BA I " b " " l d
 std::string setIdBeep(int bank, char list, int slot, bool on);
 // The scanner's code of the program's trunk type: 1 and 2 swap, 8 and 9 swap.
 int scannerTrunkType(int programType);
+// The "TR" line that gives a bank the program's trunk type 1..9 before its
+// channels or IDs go out. Types 4 and 5 carry a default frequency block
+// ("TR b 4 04160000 0125 381"); their real Base Configs follow with the trunk
+// settings. Nothing for a type the scanner has no code for (0).
+std::optional<std::string> trunkTypeLine(int bank, int programType);
 
 // ---- search commands ----
 std::string readLowerLimit(int range);            // "LL " b

@@ -30,12 +30,6 @@ std::string icall(std::string_view text, double limit)
 
 } // namespace
 
-int bankTrunkType(const Document& doc, int bank)
-{
-    if (bank < 0 || bank >= kChannelBanks) return 0;
-    return static_cast<int>(IntVal(doc.trunkset[bank].trunktype));
-}
-
 std::string normtype1(std::string_view text)
 {
     if (Val(text) > 65536) return "0";

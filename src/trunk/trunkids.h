@@ -11,17 +11,10 @@
 
 namespace kestra {
 
-// ---- the five fields of an ID row -------------------------------------------
-namespace idcol {
-inline constexpr int id = 0, tag = 1, record = 2, beep = 3, reserved = 4;
-}
-
-inline constexpr int kIdLists = 10;       // scan lists per bank
-inline constexpr int kIdsPerList = 10;
+// The five fields of an ID row (idcol) and the list sizes live with the
+// store in core/document.h, where the transfers reach them too.
 inline constexpr int kIdRows = kIdLists * kIdsPerList;   // editing rows 1..100, store rows 0..99
 
-// The trunk type code of a bank (trunkset's trunktype as a number; "" is 0).
-int bankTrunkType(const Document& doc, int bank);
 
 // ---- normalisers ----------------------------------------------------------
 // Each takes the typed text and returns the stored form. No ID is refused:
