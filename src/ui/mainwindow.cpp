@@ -303,12 +303,6 @@ int MainWindow::captionWidth(int column) const
     return std::max(header->sectionSizeHint(column), QFontMetrics(bold).horizontalAdvance(caption) + margin);
 }
 
-void MainWindow::fitCaptions(int first, int last)
-{
-    for (int c = std::max(0, first); c <= last && c < model_->columnCount(); ++c)
-        if (memtabel_->columnWidth(c) < captionWidth(c)) memtabel_->setColumnWidth(c, captionWidth(c));
-}
-
 void MainWindow::applyColumnWidths()
 {
     // Each column as wide as its caption, and as its texts in the font they
@@ -349,6 +343,9 @@ void MainWindow::captionChanged()
 void MainWindow::layoutChanged()
 {
     model_->reload();
+    // A new layout gets its captions after its columns: the widths follow them.
+    if (columnsPending_) layoutColumnsChanged();
+    columnsPending_ = false;
     updateChannelPanel();
     fillListCombos();
     updateSmartInfo();

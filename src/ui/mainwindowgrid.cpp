@@ -115,10 +115,9 @@ QTableView* MainWindow::buildGrid(QWidget* parent)
     connect(view->horizontalHeader(), &QHeaderView::sectionResized, this, &MainWindow::placeText1);
 
     model_->bindSelection(view->selectionModel());
-    connect(model_, &QAbstractItemModel::modelReset, this, &MainWindow::layoutColumnsChanged);
-    // A model change renames the columns after their count has changed.
-    connect(model_, &QAbstractItemModel::headerDataChanged, this, [this](Qt::Orientation orientation, int first, int last) {
-        if (orientation == Qt::Horizontal) fitCaptions(first, last);
+    connect(model_, &QAbstractItemModel::modelReset, this, [this] {
+        layoutColumnsChanged();
+        columnsPending_ = true;
     });
     connect(model_, &GridModel::gridShownChanged, view, [view](bool shown) { view->setUpdatesEnabled(shown); });
     connect(view->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
