@@ -14,6 +14,7 @@
 #include "sim/programports.h"
 #include "ui/mainwindow.h"
 #include "ui/splashwindow.h"
+#include "ui/widgets/toolbaricons.h"
 
 #include "platform/qt/qtappfolder.h"
 #include "platform/qt/qtdialogs.h"
@@ -21,16 +22,16 @@
 #include "platform/qt/qtscheduler.h"
 
 #include <QApplication>
-#include <QIcon>
 
 int main(int argc, char* argv[])
 {
     QApplication app(argc, argv);
-    Q_INIT_RESOURCE(kestra);   // the resources live in the static window library
     QApplication::setApplicationName("kestra");
     QApplication::setOrganizationName(kestra::kProfileApplication);
-    QApplication::setApplicationDisplayName("Kestra Console");
-    QApplication::setWindowIcon(QIcon(":/kestra.png"));
+    // No display name: the desktop would add it to every caption, and the
+    // captions name the program already ("Kestra Console for Uniden ...").
+    QApplication::setDesktopFileName("kestra");
+    QApplication::setWindowIcon(kestra::programIcon());
 
     kestra::AppFolder folder = kestra::defaultAppFolder();
     folder.ensure();

@@ -19,6 +19,8 @@
 #include <QLabel>
 #include <QMenu>
 #include <QProgressBar>
+#include <QScreen>
+#include <QStyle>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTableView>
@@ -58,7 +60,10 @@ MainWindow::MainWindow(MemTable& table, AppFolder folder, QWidget* parent)
     buildStatusBar();
 
     table_.setView(this);
-    resize(1020, 700);
+    // The window's first size, within the screen at any scale factor.
+    QSize size(1020, 700);
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) size = size.boundedTo(screen->availableSize());
+    resize(size);
 }
 
 MainWindow::~MainWindow()
@@ -288,15 +293,27 @@ void MainWindow::updateChannelPanel()
     panelChannel_->setText(QString(" Channel %1").arg(channelNumber(table_.doc().currentBank, row)));
 }
 
+int MainWindow::captionWidth(int column) const
+{
+    QHeaderView* header = memtabel_->horizontalHeader();
+    QFont bold = header->font();
+    bold.setBold(true);
+    const int margin = 2 * header->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header) + 8;
+    const QString caption = model_->headerData(column, Qt::Horizontal).toString();
+    return std::max(header->sectionSizeHint(column), QFontMetrics(bold).horizontalAdvance(caption) + margin);
+}
+
 void MainWindow::applyColumnWidths()
 {
-    const QFontMetrics metrics(memtabel_->font());
+    // Each column as wide as its caption, and as its texts in the font they
+    // are shown in: a frequency, a tag of 16 of the widest letter, a list
+    // value such as "DCS 754".
     for (int c = 0; c < model_->columnCount(); ++c) {
+        const QVariant font = model_->data(model_->index(0, c), Qt::FontRole);
+        const QFontMetrics metrics(font.isValid() ? font.value<QFont>() : memtabel_->font());
         const int gridCol = c + 1;
-        const int chars = gridCol == 1 ? 11 : gridCol == 2 ? 18 : 9;
-        const QString header = model_->headerData(c, Qt::Horizontal).toString();
-        memtabel_->setColumnWidth(c, std::max(metrics.horizontalAdvance(QString(chars, 'X')) * 3 / 4,
-                                              metrics.horizontalAdvance(header) + 18));
+        const QString sample = gridCol == 1 ? QStringLiteral("0000.0000") : gridCol == 2 ? QString(16, 'W') : QStringLiteral("DCS 754");
+        memtabel_->setColumnWidth(c, std::max(captionWidth(c), metrics.horizontalAdvance(sample) + 12));
     }
 }
 
@@ -326,6 +343,9 @@ void MainWindow::captionChanged()
 void MainWindow::layoutChanged()
 {
     model_->reload();
+    // A new layout gets its captions after its columns: the widths follow them.
+    if (columnsPending_) layoutColumnsChanged();
+    columnsPending_ = false;
     updateChannelPanel();
     fillListCombos();
     updateSmartInfo();

@@ -161,6 +161,10 @@ private:
     void updateBankChecks();
     void updateChannelPanel();
     void applyColumnWidths();
+    // The width the caption of a grid column needs, in the bold face of a highlighted header.
+    int captionWidth(int column) const;
+    // The grid's columns changed in number: their widths wait for their captions.
+    bool columnsPending_ = false;
     void layoutColumnsChanged();
     void updateTopFrame();      // what shows of the top frame by the settings smart and option9
     void updateSmartInfo();

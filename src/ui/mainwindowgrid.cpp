@@ -93,6 +93,8 @@ QTableView* MainWindow::buildGrid(QWidget* parent)
     view->verticalHeader()->setFixedWidth(std::max(twipsToPixels(500), metrics.horizontalAdvance("10000") + 10));
     view->horizontalHeader()->setMinimumHeight(twipsToPixels(250));
     view->horizontalHeader()->setHighlightSections(true);
+    // The last column takes what the window has to spare: the grid is as wide as the window.
+    view->horizontalHeader()->setStretchLastSection(true);
     memtabel_ = view;
 
     auto* box = new CellBox(view->viewport());
@@ -113,7 +115,10 @@ QTableView* MainWindow::buildGrid(QWidget* parent)
     connect(view->horizontalHeader(), &QHeaderView::sectionResized, this, &MainWindow::placeText1);
 
     model_->bindSelection(view->selectionModel());
-    connect(model_, &QAbstractItemModel::modelReset, this, &MainWindow::layoutColumnsChanged);
+    connect(model_, &QAbstractItemModel::modelReset, this, [this] {
+        layoutColumnsChanged();
+        columnsPending_ = true;
+    });
     connect(model_, &GridModel::gridShownChanged, view, [view](bool shown) { view->setUpdatesEnabled(shown); });
     connect(view->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
         updateChannelPanel();
@@ -261,23 +266,27 @@ void MainWindow::fillListCombos()
 
 void MainWindow::syncListCombos()
 {
-    const GridSelection& sel = table_.grid().selection();
-    const int storeColumn = cellEntry_->storeColumn(sel.col);
-    if (sel.row < 1 || sel.row >= table_.grid().rows()) return;
-    QString text = toQt(table_.grid().text(sel.row, sel.col));
-    auto show = [&text](QComboBox* combo) {
-        if (const int at = combo->findText(text, Qt::MatchExactly); at >= 0) combo->setCurrentIndex(at);
+    // Each list shows the current row's value in its column; a value not in
+    // the list (an empty channel) leaves the list blank.
+    const Grid& grid = table_.grid();
+    const int row = grid.selection().row;
+    if (row < 1 || row >= grid.rows()) return;
+    auto show = [](QComboBox* combo, const QString& text) {
+        combo->setCurrentIndex(combo->findText(text, Qt::MatchExactly));
     };
-    switch (storeColumn) {
-    case col::step: show(combostep_); break;
-    case col::mode: show(modecombo_); break;
-    case col::delay: show(delaycombo_); break;
-    case col::tone:
-        if (text.endsWith('-')) text.chop(1);
-        show(ctc_);
-        show(dcsc_);
-        break;
-    default: break;
+    for (int gridCol = 1; gridCol < grid.cols(); ++gridCol) {
+        QString text = toQt(grid.text(row, gridCol));
+        switch (cellEntry_->storeColumn(gridCol)) {
+        case col::step: show(combostep_, text); break;
+        case col::mode: show(modecombo_, text); break;
+        case col::delay: show(delaycombo_, text); break;
+        case col::tone:
+            if (text.endsWith('-')) text.chop(1);
+            show(ctc_, text);
+            show(dcsc_, text);
+            break;
+        default: break;
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 #include "platform/unboundport.h"
 
 #include "core/memfile.h"
+#include "core/modelword.h"
 #include "core/text.h"
 #include "platform/qt/qtext.h"
 
@@ -53,6 +54,12 @@ QLineEdit* statusField(const char* name, QWidget* parent)
     field->setReadOnly(true);
     field->setFocusPolicy(Qt::NoFocus);
     return field;
+}
+
+// The communication frame's caption names the scanner.
+void showModelName(QGroupBox* frame, Model model)
+{
+    frame->setTitle(QStringLiteral("Communication ") + QString::fromLatin1(modelName(model)));
 }
 
 } // namespace
@@ -116,17 +123,27 @@ void TransferWindow::buildControls()
     auto* layout = new QVBoxLayout(this);
 
     // The communication frame: status fields, progress and the delay slider.
-    frame3D2_ = new QGroupBox("Communication BC2xxD", this);
+    frame3D2_ = new QGroupBox(this);
     frame3D2_->setObjectName("Frame3D2");
+    showModelName(frame3D2_, services_.doc.model.model());
     auto* comm = new QGridLayout(frame3D2_);
     text3_ = statusField("Text3", frame3D2_);
     text4_ = statusField("Text4", frame3D2_);
     text5_ = statusField("Text5", frame3D2_);
-    text4_->setMaximumWidth(60);
-    text5_->setMaximumWidth(60);
+    // Wide enough for "1000" and a retry count in the desktop's font.
+    const int numberWidth = text4_->fontMetrics().horizontalAdvance("00000") + 16;
+    text4_->setMaximumWidth(numberWidth);
+    text5_->setMaximumWidth(numberWidth);
     comm->addWidget(text3_, 0, 0, 1, 4);
-    comm->addWidget(text4_, 1, 0);
-    comm->addWidget(text5_, 1, 1);
+    // The channel and the state (or retry count), each with its caption.
+    auto* numbers = new QHBoxLayout;
+    for (const auto& [caption, field] : {std::pair{"Channel:", text4_}, std::pair{"State:", text5_}}) {
+        auto* label = new QLabel(caption, frame3D2_);
+        label->setBuddy(field);
+        numbers->addWidget(label);
+        numbers->addWidget(field);
+    }
+    comm->addLayout(numbers, 1, 0, 1, 2);
     panel3d1_ = new QProgressBar(frame3D2_);
     panel3d1_->setObjectName("panel3d1");
     panel3d1_->setRange(0, 100);
@@ -136,7 +153,8 @@ void TransferWindow::buildControls()
     label6_ = new QLabel("Delay (ms):", frame3D2_);
     label6_->setObjectName("Label6");
     text6_ = statusField("Text6", frame3D2_);
-    text6_->setMaximumWidth(60);
+    text6_->setMaximumWidth(numberWidth);
+    label6_->setBuddy(text6_);
     text6_->setAutoFillBackground(true);
     hscroll1_ = new QScrollBar(Qt::Horizontal, frame3D2_);
     hscroll1_->setObjectName("HScroll1");
@@ -177,7 +195,8 @@ void TransferWindow::buildControls()
         label->setObjectName(QString("Label10_%1").arg(i));
         text10_[i] = new QLineEdit(frame3D6_);
         text10_[i]->setObjectName(QString("Text10_%1").arg(i));
-        text10_[i]->setMaximumWidth(60);
+        text10_[i]->setMaximumWidth(numberWidth);
+        label->setBuddy(text10_[i]);
         text10_[i]->installEventFilter(this);
         options->addWidget(label, 2, 1 + 2 * i);
         options->addWidget(text10_[i], 2, 2 + 2 * i);
@@ -262,12 +281,9 @@ void TransferWindow::formLoad()
 
     modelWord_ = engine_->openForm(services_.doc.model.bc785d);
     writeFileAtomic(services_.folder / "version.ini", modelWord_);
-    // The family of the model word names the frame; a word of neither family
-    // leaves the family of the document's model.
-    int family = services_.doc.model.bc785d;
-    if (contains(modelWord_, "BC250D")) family = 0;
-    if (contains(modelWord_, "BC785D")) family = 1;
-    frame3D2_->setTitle(family == 1 ? "Communication BC7xxD" : "Communication BC2xxD");
+    // The frame names the scanner that answered; a word that names none
+    // leaves the document's model.
+    showModelName(frame3D2_, modelInWord(modelWord_).value_or(services_.doc.model.model()));
 
     // The slider takes delay1, and its handler sets the step timers.
     const QSignalBlocker block(hscroll1_);
@@ -462,7 +478,8 @@ void TransferWindow::refreshStatus()
         const QString q = toQt(text);
         if (field->text() != q) field->setText(q);
     };
-    set(text3_, s.text3);
+    // After STOP the status line says so, until the next run begins.
+    set(text3_, engine_->stopflag == 1 ? std::string("Stopped") : s.text3);
     set(text4_, s.text4);
     set(text5_, s.text5);
     panel3d1_->setValue(s.progress);

@@ -147,6 +147,7 @@ struct SeenBox {
     QString text;
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     Qt::TextFormat format = Qt::AutoText;
+    int width = 0;
 };
 
 // Clicks the button with the given text on the message box once it shows, and
@@ -159,7 +160,7 @@ void clickWhenShown(const QString& buttonText, SeenBox* seen)
             clickWhenShown(buttonText, seen);
             return;
         }
-        *seen = {box->windowTitle(), box->text(), box->icon(), box->textFormat()};
+        *seen = {box->windowTitle(), box->text(), box->icon(), box->textFormat(), box->width()};
         for (QAbstractButton* button : box->buttons()) {
             if (button->text().remove(QLatin1Char('&')) == buttonText) {
                 button->click();
@@ -178,6 +179,10 @@ TEST(QtDialogs, MessageBoxesShowTheTextAndReturnTheButtonClicked)
     clickWhenShown(QStringLiteral("No"), &seen);
     EXPECT_EQ(dialogs.message("Save changes to \x93test\x94?", {}, Buttons::YesNoCancel, Icon::Question), Answer::No);
     EXPECT_EQ(seen.title, QString::fromLatin1(kApplicationTitle));
+    // A short question under the long caption: the box is wide enough for the caption.
+    QFont bold = QApplication::font();
+    bold.setBold(true);
+    EXPECT_GT(seen.width, QFontMetrics(bold).horizontalAdvance(seen.title));
     EXPECT_EQ(seen.text, QStringLiteral("Save changes to \u201Ctest\u201D?"));
     EXPECT_EQ(seen.icon, QMessageBox::Question);
 

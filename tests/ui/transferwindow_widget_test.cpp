@@ -110,9 +110,9 @@ TEST_F(TransferWindowTest, OpeningWakesTheScannerKeepsTheModelWordAndShowsTheBan
     fillScanner(*scanner);
     open();
     EXPECT_EQ(window->windowTitle(), "Read Data");
-    // The model word names the family of the frame, whatever the document's model.
+    // The frame names the scanner that answered, whatever the document's model.
     EXPECT_TRUE(contains(window->modelWord(), "BC785D")) << window->modelWord();
-    EXPECT_EQ(window->frame3D2()->title(), "Communication BC7xxD");
+    EXPECT_EQ(window->frame3D2()->title(), "Communication BC785D");
     EXPECT_EQ(test::readBytes(dir.path() / "version.ini"), window->modelWord());
 
     // Before the tags are in, the lines carry the channels and the bank only.
@@ -127,13 +127,13 @@ TEST_F(TransferWindowTest, OpeningWakesTheScannerKeepsTheModelWordAndShowsTheBan
     EXPECT_TRUE(dialogs.shown.empty());
 }
 
-TEST_F(TransferWindowTest, TheFrameNamesTheFamilyOfTheScannerThatAnswersElseOfTheDocument)
+TEST_F(TransferWindowTest, TheFrameNamesTheScannerThatAnswersElseTheDocumentsModel)
 {
     for (const bool answers : {true, false}) {
-        attach(answers ? Model::BC250D : Model::BC785D, 19200, answers ? Model::BC785D : Model::BC250D);
+        attach(answers ? Model::UBC3300 : Model::BC785D, 19200, answers ? Model::BC785D : Model::BC296D);
         if (!answers) device->respond = [](std::string_view) { return std::string(); };
         open();
-        EXPECT_EQ(window->frame3D2()->title(), "Communication BC2xxD") << answers;
+        EXPECT_EQ(window->frame3D2()->title(), answers ? "Communication UBC3300" : "Communication BC296D") << answers;
     }
 }
 

@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QGridLayout>
+#include <QSpacerItem>
 #include <QMessageBox>
 #include <QRegularExpression>
 #include <QStringList>
@@ -162,6 +164,17 @@ Answer QtDialogs::message(const std::string& text, const std::string& title, But
                     parent_);
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(standard.front());
+    // The window manager cuts a caption wider than its window: a short message
+    // under a long caption gets a box wide enough for the caption (in the bold
+    // face title bars use) and for the title bar's icon and buttons.
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
+        QFont bold = box.font();
+        bold.setBold(true);
+        const QFontMetrics metrics(bold);
+        const int width = metrics.horizontalAdvance(box.windowTitle()) + 6 * metrics.height();
+        grid->addItem(new QSpacerItem(width, 0, QSizePolicy::Minimum, QSizePolicy::Fixed), grid->rowCount(), 0, 1,
+                      grid->columnCount());
+    }
     box.exec();
     return answerOf(box.standardButton(box.clickedButton())).value_or(dismissedAnswer(buttons));
 }
