@@ -172,6 +172,7 @@ int run(const Transfer& t)
         if (!pipeline.sendData(*options)) return 1;
         finished = runUntil(*scheduler, [&] { progress(); return pipeline.finished || engine.stopflag == 1; }, day) &&
                    pipeline.finished;
+        troubles = pipeline.troubles;
         if (engine.refusals > 0) troubles.push_back(engine.refusalsLine());
     }
     bar.finish();

@@ -304,8 +304,10 @@ void ReadPipeline::chainAfterChannels()
 {
     if (options_.trunkIds) {
         idLink_ = std::make_unique<TrunkIdLink>(engine_, doc_, engine_.settings(), folder_);
-        idLink_->read(options_.banks(), [this](bool) {
-            // A read that failed has said why; the other kinds still follow.
+        idLink_->read(options_.banks(), [this](bool ok) {
+            // A read that failed has said why on the status line; the other
+            // kinds still follow.
+            if (!ok && engine_.stopflag == 0) troubles.push_back("The trunk ID lists were not read: " + engine_.status.text3);
             afterIds();
         });
         return;
@@ -316,7 +318,10 @@ void ReadPipeline::chainAfterChannels()
 void ReadPipeline::afterIds()
 {
     const auto banks = options_.banks();
-    if (engine_.stopflag == 0 && options_.trunkSettings) TrunkSettingsLink(engine_, doc_).read(banks);
+    if (engine_.stopflag == 0 && options_.trunkSettings) {
+        TrunkSettingsLink link(engine_, doc_);
+        if (!link.read(banks) && engine_.stopflag == 0) troubles.push_back(engine_.status.text3);
+    }
     if (engine_.stopflag == 0 && options_.searchEvents) readSearchData(engine_, doc_.srcdata, doc_.model);
     if (options_.trunkIds || options_.trunkSettings) doc_.onebanktrunk = options_.scope == Scope::AllBanks ? 0 : 1;
     if (engine_.stopflag == 0) engine_.endRun();

@@ -114,6 +114,7 @@ bool SendPipeline::sendData(const Options& options)
     opening_.cancel();
     engine_.stopflag = 0;
     engine_.retries = engine_.refusals = 0;
+    troubles.clear();
     SerialPort& port = engine_.port();
     ModelCheck check;
     {
@@ -362,8 +363,17 @@ void SendPipeline::chainAfterChannels()
     const auto banks = options_.banks();
     // A kind that could not be sent whole has said so; the next ones still go,
     // unless STOP ended the run.
-    if (options_.trunkSettings) TrunkSettingsLink(engine_, doc_).send(banks);
-    if (engine_.stopflag) return;
+    if (options_.trunkSettings) {
+        TrunkSettingsLink link(engine_, doc_);
+        if (!link.send(banks) && engine_.stopflag == 0) troubles.push_back(engine_.status.text3);
+        if (engine_.stopflag) return;
+        // The banks written now have their own type and Base Configs in the
+        // scanner: the ID send must not set the type again with the fill
+        // values of the channel send.
+        for (int b : banks)
+            if (std::find(link.failedBanks().begin(), link.failedBanks().end(), b) == link.failedBanks().end())
+                ttyper[b] = static_cast<int>(IntVal(doc_.trunkset[b].trunktype));
+    }
     if (options_.trunkIds) {
         // All banks over a read of one: the IDs of the others would be cleared.
         if (options_.scope == Scope::AllBanks && doc_.onebanktrunk == 1) {

@@ -57,6 +57,9 @@ public:
     bool freqbykey = false;
     bool finished = false;
     std::function<void()> onFinished;
+    // What of the run could not be sent whole (a bank whose menu walk went
+    // astray); empty when all went well.
+    std::vector<std::string> troubles;
 
     // The keys that type a frequency in ("0100.0000": KEY02 1, KEY02 0,
     // KEY02 0, KEY03, KEY04, KEY04; KEY14 follows).

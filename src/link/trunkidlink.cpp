@@ -45,7 +45,7 @@ bool keepsIdList(int trunktype) { return trunktype != 0 && trunktype != 9; }
 
 } // namespace
 
-TrunkIdLink::TrunkIdLink(ExchangeEngine& engine, Document& doc, Settings& settings, std::filesystem::path folder)
+TrunkIdLink::TrunkIdLink(ExchangeEngine& engine, Document& doc, const Settings& settings, std::filesystem::path folder)
     : engine_(engine), doc_(doc), settings_(settings), folder_(std::move(folder))
 {
     watchdog_ = makeTimer(engine_.scheduler(), ExchangeEngine::kWatchdogMs, true, [this] { burstWatchdog(); });

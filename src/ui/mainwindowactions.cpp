@@ -362,6 +362,8 @@ void MainWindow::menuSendData()
     if (dialog.runFinished()) {
         statusBar()->showMessage(toQt(dialog.engine().finishedLine()), kRunLineMs);
         if (const std::string refused = dialog.engine().refusalsLine(); !refused.empty()) table_.dialogs().message(refused);
+        if (const SendPipeline* send = dialog.sendPipeline())
+            for (const std::string& trouble : send->troubles) table_.dialogs().message(trouble);
     }
 
     // The model check of the send may have found another model on the cable:
