@@ -87,7 +87,7 @@ void fillBank(Document& doc, int bank)
     for (int r = 1; r <= 100; ++r) {
         auto& line = doc.memdata[bank][r];
         char tag[32];
-        std::snprintf(tag, sizeof tag, "Chan %03d Tac %03d", bank * 100 + r, (r * 7) % 1000);
+        std::snprintf(tag, sizeof tag, "Bank%02d Ch%03d %02d", bank + 1, r, (r * 7) % 100);
         line[col::freq] = rasterFreq(1'510'000 + bank * 20'000, r);
         line[col::tag] = tag;
         for (int c : {col::trunk, col::record, col::recordHidden, col::beep, col::lockout, col::atten}) line[c] = "0";

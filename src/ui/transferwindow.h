@@ -114,7 +114,6 @@ public:
     // "Send Data" only (nullptr in "Read Data").
     QPushButton* command5() const { return command5_; }
     QPushButton* command3() const { return command3_; }
-    // What the window says of the kinds of data that this version does not move yet.
 
     // The window's size at load: 7230 by 5115 twips.
     static constexpr int kWidthTwips = 7230;
