@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <sstream>
 #include <thread>
 #include <vector>
 
@@ -167,6 +168,7 @@ Document load(const std::string& path)
 
 struct Outcome {
     std::string failure;                // what stopped the round trip early
+    std::vector<std::string> heard;     // the commands of the send, from the scanner's --log
     std::set<std::string> inScanner;    // the document against the scanner's dump after the send
     std::set<std::string> readBack;     // the document against a read from a scanner holding it
 };
@@ -200,6 +202,9 @@ Outcome roundTrip(const ModelCase& m, const TempDir& home)
         if (sim.stop() != 0) return o.failure = "the scanner did not stop", o;
     }
     o.inScanner = differences(doc, load(home.file("dump.mem")));
+    std::istringstream log(readBytes(home.file("send.log")));
+    for (std::string line; std::getline(log, line);)
+        if (const auto at = line.find(" < "); at != std::string::npos) o.heard.push_back(line.substr(at + 3));
 
     SimProcess sim({"--model", m.name, "--load", home.file("doc.mem")}, home.file("sim2.err"));
     if (sim.device().empty()) return o.failure = "no scanner", o;
@@ -209,6 +214,44 @@ Outcome roundTrip(const ModelCase& m, const TempDir& home)
     const CtlRun general = runKestractl(home, "general read " + home.file("general.mem") + " --port " + sim.device() + dir, 300);
     if (general.status != 0) return failed("general read", general);
     return o;
+}
+
+// The commands of the send that begin with one of the openings and, for the
+// search ones, concern range J.
+std::vector<std::string> heardOf(const std::vector<std::string>& heard, const std::string& a, const std::string& b,
+                                 const std::string& c)
+{
+    std::vector<std::string> picked;
+    for (const std::string& line : heard) {
+        const bool search = a == "LL";
+        if (search ? ((line.starts_with(a) || line.starts_with(b)) && line.ends_with(" J")) || line.starts_with("TA S J")
+                   : line.starts_with(a) || line.starts_with(b) || (line.starts_with(c) && line.find(" I A A") != std::string::npos))
+            picked.push_back(line);
+    }
+    return picked;
+}
+
+// List A of bank 1 as the send writes it: each slot A1..A9, A0 with its ID,
+// its tag and its beep alert.
+std::vector<std::string> idListLines(const ModelCase& m)
+{
+    const Document doc = wholeMemory(m);
+    std::vector<std::string> lines = {"TG A A0"};  // the list opened
+    for (int d : {1, 2, 3, 4, 5, 6, 7, 8, 9, 0}) {
+        const auto& row = doc.trunkids[0][d];
+        const std::string slot = "A A" + std::to_string(d);
+        lines.push_back("TG " + slot + " " + row[idcol::id]);
+        lines.push_back("TA I " + slot + " " + row[idcol::tag]);
+        lines.push_back(std::string(row[idcol::beep] == "1" ? "BAN" : "BAF") + " I " + slot);
+    }
+    return lines;
+}
+
+// Range J: lower and upper limit, tag, then the limits once more after the
+// menu walks.
+std::vector<std::string> searchLines()
+{
+    return {"LL02400000 J", "LU02455000 J", "TA S J Range 10", "LL02400000 J", "LU02455000 J"};
 }
 
 // The five models side by side: a run waits on the line most of its time.
@@ -244,6 +287,8 @@ TEST(WholeMemory, SentIntoAnEmptyScannerAndReadBackOnEveryModel)
         if (std::string(m.name) == "BC296D" || std::string(m.name) == "BC796D") readBack.insert("range 2 field 3");
         EXPECT_EQ(o.inScanner, inScanner) << m.name;
         EXPECT_EQ(o.readBack, readBack) << m.name;
+        EXPECT_EQ(heardOf(o.heard, "TG A A", "TA I A A", "BA"), idListLines(m)) << m.name;
+        EXPECT_EQ(heardOf(o.heard, "LL", "LU", "TA S "), searchLines()) << m.name;
     }
 }
 
