@@ -104,6 +104,17 @@ bool ReadPipeline::readData(const Options& options)
         startChannels();
         return true;
     }
+    if (options.trunkIds || options.trunkSettings) {
+        // The trunk data is read by bank: the banks must be chosen.
+        if (options.scope == Scope::None) {
+            dialogs_.message("Please select All Banks or Single Bank.");
+            return false;
+        }
+        if (options.scope == Scope::SingleBank && (options.bank < 0 || options.bank > 9)) {
+            dialogs_.message("Please select which bank you want to download.");
+            return false;
+        }
+    }
     if (options.trunkIds || options.trunkSettings || options.searchEvents) {
         chainAfterChannels();
         return true;

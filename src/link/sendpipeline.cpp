@@ -143,6 +143,11 @@ bool SendPipeline::sendData(const Options& options)
         engine_.rxdata = port.input();
     }
     if (!options.frequencies) {
+        if ((options.trunkSettings || options.trunkIds) && options.scope == Scope::SingleBank &&
+            (options.bank < 0 || options.bank > 9)) {
+            dialogs_.message("Please select which bank you want to upload.");
+            return false;
+        }
         if (options.trunkSettings || options.trunkIds || options.searchEvents) {
             chainAfterChannels();
             return true;

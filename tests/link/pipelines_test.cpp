@@ -366,7 +366,7 @@ TEST(SendPipeline, BankTagsAndPriorityChannelsGoOutWithoutFrequenciesToo)
     Document doc = everyKind(Model::BC785D);
     SendPipeline::Options options = bankScope(SendPipeline::Scope::SingleBank, 3);
     options.frequencies = false;
-    options.searchEvents = true;  // a kind that is not moved yet: the run still ends as runs end
+    options.searchEvents = true;  // the search ranges go, and the run ends as runs end
     ASSERT_TRUE(bench.send(doc, options));
     EXPECT_EQ(std::count_if(bench.lines.begin(), bench.lines.end(), [](const std::string& l) { return l.rfind("PM", 0) == 0; }), 0);
     EXPECT_NE(std::find(bench.lines.begin(), bench.lines.end(), "TA B D Tag, bank 4"), bench.lines.end());
@@ -406,6 +406,11 @@ TEST(SendPipeline, ConfirmationsAndRefusals)
     none.frequencies = false;
     EXPECT_FALSE(bench.send(empty, none));
     EXPECT_EQ(bench.dialogs.shown.back().text, "Please select which data you want to upload.");
+    // Trunk data goes by bank: Single Bank needs its bank.
+    none.trunkIds = true;
+    none.scope = SendPipeline::Scope::SingleBank;
+    EXPECT_FALSE(bench.send(empty, none));
+    EXPECT_EQ(bench.dialogs.shown.back().text, "Please select which bank you want to upload.");
 }
 
 // Delete Bank clears channels i*100+1 .. i*100+100: the bank's own hundred,
