@@ -55,6 +55,15 @@ public:
     bool waitEnded = false;
 };
 
+// Runs the window's event loop until done() holds, at most ms.
+bool until(const std::function<bool()>& done, int ms)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!done() && t.elapsed() < ms) QTest::qWait(10);
+    return done();
+}
+
 TEST(RealPortWindow, StopPressedInsideAWaitEndsTheSendThereAndGivesTheWindowBackAfter)
 {
     test::TempDir dir;
@@ -74,12 +83,6 @@ TEST(RealPortWindow, StopPressedInsideAWaitEndsTheSendThereAndGivesTheWindowBack
     TransferWindow window(TransferWindow::Caption::SendData, TransferWindow::Services{doc, settings, dialogs, scheduler, dir.path()},
                    std::move(link));
     window.show();
-    const auto until = [](const std::function<bool()>& done, int ms) {
-        QElapsedTimer t;
-        t.start();
-        while (!done() && t.elapsed() < ms) QTest::qWait(10);
-        return done();
-    };
     ASSERT_TRUE(until([&] { return window.sendPipeline()->opened(); }, 20'000));
     EXPECT_TRUE(window.sendPipeline()->tagsread);
 
@@ -140,12 +143,6 @@ TEST(RealPortWindow, SearchRangesAndOneBanksTrunkSettingsComeFromTheMenus)
     TransferWindow window(TransferWindow::Caption::ReadData, TransferWindow::Services{doc, settings, dialogs, scheduler, dir.path()},
                           std::move(link));
     window.show();
-    const auto until = [](const std::function<bool()>& done, int ms) {
-        QElapsedTimer t;
-        t.start();
-        while (!done() && t.elapsed() < ms) QTest::qWait(10);
-        return done();
-    };
     ASSERT_TRUE(until([&] { return window.readPipeline()->opened(); }, 20'000));
 
     QTest::mouseClick(window.option3D2(1), Qt::LeftButton);
